@@ -1,0 +1,16 @@
+# What every target of the project is compiled with.
+add_library(memdata_flags INTERFACE)
+target_compile_options(memdata_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
+    -Wcast-qual -Wformat=2 -Werror
+    # __FILE__ is relative to the tree, so that no block records where it was built.
+    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+if(MEMDATA_SANITIZE)
+    target_compile_options(memdata_flags INTERFACE
+        -fsanitize=${MEMDATA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(memdata_flags INTERFACE -fsanitize=${MEMDATA_SANITIZE})
+endif()
+
+function(memdata_compile_options target)
+    target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:memdata_flags>)
+endfunction()

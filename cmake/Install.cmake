@@ -1,0 +1,18 @@
+# Where things go: the shared library, its headers, a CMake package and a pkg-config file.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS memdata_shared EXPORT memdataTargets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY memdata DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+        FILES_MATCHING PATTERN "*.h" PATTERN "*.def" PATTERN "internal.h" EXCLUDE)
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(EXPORT memdataTargets NAMESPACE memdata:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/memdata)
+
+configure_package_config_file(cmake/memdataConfig.cmake.in memdataConfig.cmake
+        INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/memdata)
+write_basic_package_version_file(memdataConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/memdataConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/memdataConfigVersion.cmake
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/memdata)
+
+configure_file(cmake/memdata.pc.in memdata.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/memdata.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,1 @@
+#include "SystemUtils/lifetime.h"
