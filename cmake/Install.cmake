@@ -3,6 +3,9 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS memdata_shared EXPORT memdataTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+if(TARGET lanefill)
+    install(TARGETS lanefill RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
 install(DIRECTORY memdata DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
         FILES_MATCHING PATTERN "*.h" PATTERN "*.def" PATTERN "internal.h" EXCLUDE)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
