@@ -1,0 +1,83 @@
+// chunk_access.h - a bit cursor over a byte buffer, in the order of data or in the order of a bit lane.
+// SPDX-License-Identifier: Apache-2.0
+//
+// Data order: bit 7 of a byte is its first bit, and the first unit of a chunk is the most significant.
+// Bit-lane order: bit 0 of a byte is its first bit, and the first unit is the least significant.
+#ifndef MEMDATA_LANEFILL_CORE_CHUNK_ACCESS_H
+#define MEMDATA_LANEFILL_CORE_CHUNK_ACCESS_H
+
+#include "platform/BasicTypes.h"
+
+// How n bits at an offset of a byte are reached: mask selects them, keep selects the others, shift is their
+// distance from bit 0. Where they cross into the next byte by s bits: mask 0, keep (1 << s) - 1, shift s.
+struct TransformLookupType {
+    u32 mask;
+    u32 keep;
+    u32 shift;
+};
+
+enum TransformEndiannessType : u32 { kDATA_ORDER = 0, kBIT_LANE_ORDER = 1 };
+
+extern const TransformLookupType dataTransformUnitLookup[8][9];    // [bit offset][bit count]
+extern const TransformLookupType bitLaneTransformUnitLookup[8][9]; // [bit offset][bit count]
+extern const u8* const reverseBitValueTable[9];                    // [width 1 to 8][value] -> mirrored value
+extern const u32 reverseValueMask[8];                              // [width 0 to 7] -> mask of so many bits
+
+class BufferChunkAccess {
+public:
+    // Stands at unit startUnit of a buffer of totalBits bits and passes maxBits bits at the most. As the
+    // engine counts here in signed 32-bit numbers, a start behind totalBits gives a count that reads as
+    // non-zero; no access leaves the buffer all the same.
+    BufferChunkAccess(unsigned char* buffer, unsigned long totalBits, unsigned long maxBits,
+        TransformEndiannessType endianness, unsigned long startUnit, unsigned unitBits);
+    // Takes all fields as they stand; byteSize is the length of the buffer.
+    BufferChunkAccess(unsigned char* buffer, unsigned unitBits, const TransformLookupType (*lookup)[8][9],
+        TransformEndiannessType endianness, unsigned char* current, u64 bitOffset, u64 bitsRemaining, u64 bitCount,
+        u64 byteCount, u64 byteSize);
+    // A tracked copy of the cursor; null when memory is exhausted. The caller deletes it.
+    BufferChunkAccess* DupBufferChunkAccess() const;
+
+    // Cursors are tracked records: new gives null when memory is exhausted.
+    static void* operator new(size_t byteCount) noexcept;
+    static void operator delete(void* cursor);
+
+    u64 GetNumberBufferBitsRemaining() const { return bitsRemaining; }
+    u64 GetBufferByteCount() const { return byteCount; }
+    u64 GetBufferBitCount() const { return bitCount; }
+    unsigned char* GetCurrentBufferByteAddress() const { return current; }
+
+    // One unit of at most 8 bits. Outside of the buffer reads give 0 and writes do nothing.
+    u64 ReadTransformUnitValue(unsigned bits);
+    void WriteTransformUnitValue(unsigned bits, unsigned long value);
+
+    // Up to 64 bits; *bits is lowered to what remains.
+    u64 GetNextTransformChunk(unsigned* bits);
+    // The same, the first unit being the most significant in either order.
+    u64 GetNextBitLaneTransformChunk(unsigned* bits);
+    // Writes up to 64 bits. When fewer remain, the value's top bits are written.
+    void PutNextTransformChunk(unsigned bits, unsigned long value);
+    // Passes over bits without touching them, no more than remain.
+    void SkipBits(u64 bits);
+
+    unsigned char* buffer;
+    u32 unitBits;
+    const TransformLookupType (*lookup)[8][9];
+    TransformEndiannessType endianness;
+    unsigned char* current;
+    u64 bitOffset;     // 0 to 7, in the byte under the cursor
+    u64 bitsRemaining; // that may still pass
+    u64 bitCount;      // that have passed
+    u64 byteCount;     // bitCount in bytes, rounded up; refreshed after each chunk
+    u64 byteSize;      // length of the buffer: nothing outside of it is touched
+
+private:
+    bool insideBuffer() const { return static_cast<u64>(current - buffer) < byteSize; }
+    void advance(unsigned bits);
+    void writeCrossing(unsigned bits, unsigned long value, const TransformLookupType& entry);
+    void refreshByteCount() { byteCount = bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0); }
+};
+
+// Mirrors the low width bits of a value (width 0 to 64): bit 0 becomes bit width - 1. Bits above are dropped.
+u64 reverseDataBits(unsigned width, unsigned long value);
+
+#endif
