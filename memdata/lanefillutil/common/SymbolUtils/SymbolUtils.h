@@ -40,6 +40,11 @@ struct symbol_context {
     u32 scope;
 };
 
+// The last numbers given to a space and to a scope; 0 before the first, and again after the last
+// FinalizeSystemResources.
+extern u32 symbol_space_seed;
+extern u32 symbol_scope_seed;
+
 u32 hash(const char* name, u32 size);
 symbol_table* create_symbol_table(unsigned expectedSymbols);
 void delete_symbol_table(symbol_table** table);

@@ -49,6 +49,9 @@ namespace memdata {
 void failTrackedAllocation(u64 n);
 // Number of tracked allocations that this process has asked for.
 u64 trackedAllocationCount();
+// Blocks without the mark of auto release that the latest CheckMemoryLeaks had to release: what a run has lost.
+// Stays readable after FinalizeSystemResources.
+u64 leakedBlockCount();
 
 // Owns one tracked record until release() hands it on. Delete is the record's own delete operation,
 // void or int of one pointer, or of a pointer to the pointer.

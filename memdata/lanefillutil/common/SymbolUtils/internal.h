@@ -1,0 +1,19 @@
+// internal.h - what the table and its scopes share inside SymbolUtils.
+// SPDX-License-Identifier: Apache-2.0
+#ifndef MEMDATA_SYMBOL_UTILS_INTERNAL_H
+#define MEMDATA_SYMBOL_UTILS_INTERNAL_H
+
+#include "SymbolUtils/SymbolUtils.h"
+
+namespace memdata {
+
+// Takes the link of an entry out of its scope's list and frees it. The entry stays.
+void deleteSymbolLink(symbol_link* link);
+// Takes an entry out of its table and its scope, frees it, and gives its value back.
+void* extractSymbolEntry(symbol_entry* entry);
+// The same, and calls the entry's releaser on the value.
+void deleteSymbolEntry(symbol_entry* entry);
+
+} // namespace memdata
+
+#endif

@@ -1,0 +1,151 @@
+// table.cpp - the hash table of symbols.
+// SPDX-License-Identifier: Apache-2.0
+#include "SymbolUtils/SymbolUtils.h"
+
+#include "SymbolUtils/internal.h"
+#include "SymbolUtils/table_sizes.h"
+#include "SystemUtils/alerts.h"
+#include "SystemUtils/memory.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace {
+
+constexpr unsigned kLEAST_EXPECTED_SYMBOLS = 26;
+
+const char* entry_name(const symbol_entry* entry) {
+    return reinterpret_cast<const char*>(entry) + offsetof(symbol_entry, name);
+}
+
+bool stands_in(const symbol_entry* entry, u32 space, u32 scope) {
+    return space == 0 || (entry->space == space && entry->scope == scope);
+}
+
+symbol_entry** bucket_head(symbol_table* table, u32 index) {
+    return table->buckets + index;
+}
+
+// Where the chain of a name points at its entry, or where it ends. On the way from entry to entry this is also the
+// pointer that the entry's owner field names.
+symbol_entry** find_place(const char* name, symbol_table* table, u32 space, u32 scope) {
+    symbol_entry** place = bucket_head(table, hash(name, table->size));
+    while (*place != nullptr && !(stands_in(*place, space, scope) && std::strcmp(entry_name(*place), name) == 0))
+        place = &(*place)->next;
+    return place;
+}
+
+symbol_entry* create_entry(const char* name) {
+    const size_t nameBytes = std::strlen(name) + 1;
+    const size_t bytes = std::max(sizeof(symbol_entry), offsetof(symbol_entry, name) + nameBytes);
+    auto* entry = static_cast<symbol_entry*>(getMemory("a 'symbol_entry' record", bytes));
+    if (entry == nullptr) return nullptr;
+    std::memcpy(reinterpret_cast<char*>(entry) + offsetof(symbol_entry, name), name, nameBytes);
+    return entry;
+}
+
+} // namespace
+
+void memdata::deleteSymbolLink(symbol_link* link) {
+    *link->owner = link->next;
+    if (link->next != nullptr) link->next->owner = link->owner;
+    link->entry->link = nullptr;
+    releaseMemory(link);
+}
+
+void* memdata::extractSymbolEntry(symbol_entry* entry) {
+    *entry->owner = entry->next;
+    if (entry->next != nullptr) entry->next->owner = entry->owner;
+    if (entry->link != nullptr) deleteSymbolLink(entry->link);
+    void* value = entry->value;
+    releaseMemory(entry);
+    return value;
+}
+
+void memdata::deleteSymbolEntry(symbol_entry* entry) {
+    const SymbolReleaserType releaser = entry->releaser;
+    void* value = extractSymbolEntry(entry);
+    // Last: a releaser may itself look into the table, or take symbols from it.
+    if (releaser != nullptr) releaser(value);
+}
+
+u32 hash(const char* name, u32 size) {
+    if (name == nullptr || size == 0) return 0;
+    u32 value = 0;
+    for (; *name != '\0'; ++name) {
+        value = (value << 4) ^ static_cast<u32>(static_cast<signed char>(*name)); // sign-extended
+        if (const u32 high = value & 0xF0000000; high != 0) value = (value & 0x0FFFFFFF) ^ (high >> 24);
+    }
+    return value % size;
+}
+
+symbol_table* create_symbol_table(unsigned expectedSymbols) {
+    const u32 bound = std::max(expectedSymbols, kLEAST_EXPECTED_SYMBOLS) / 2;
+    // The terminator is no size: it is not searched.
+    const auto above = std::lower_bound(primes_under_4096.begin(), primes_under_4096.end() - 1, bound);
+    const u32 size = *(above - 1);
+    auto* table = static_cast<symbol_table*>(
+        getMemory("a 'symbol_table' record", offsetof(symbol_table, buckets) + size * sizeof(symbol_entry*)));
+    if (table != nullptr) table->size = size;
+    return table;
+}
+
+void delete_symbol_table(symbol_table** table) {
+    if (table == nullptr || *table == nullptr) return;
+    symbol_table* old = *table;
+    *table = nullptr;
+    for (u32 i = 0; i < old->size; ++i)
+        while (*bucket_head(old, i) != nullptr) memdata::deleteSymbolEntry(*bucket_head(old, i));
+    releaseMemory(old);
+}
+
+unsigned count_table_symbols(const symbol_table* table, u32 space, u32 scope) {
+    if (table == nullptr) return 0;
+    unsigned count = 0;
+    for (u32 i = 0; i < table->size; ++i)
+        for (const symbol_entry* entry = table->buckets[i]; entry != nullptr; entry = entry->next)
+            if (stands_in(entry, space, scope)) ++count;
+    return count;
+}
+
+symbol_entry* insert_symbol(
+    const char* name, symbol_table* table, u32 space, u32 scope, void* value, SymbolReleaserType releaser) {
+    if (name == nullptr || table == nullptr) {
+        PrintInternalError(kERROR_MESSAGE_STRING, 3, "A symbol was to be entered without a name or without a table.");
+        return nullptr;
+    }
+    symbol_entry** place = find_place(name, table, space, scope);
+    if (*place != nullptr) return nullptr;
+    // An entry of the same name in another scope may follow; the end of the chain is behind it.
+    symbol_entry* entry = create_entry(name);
+    if (entry == nullptr) return nullptr;
+    entry->owner = place;
+    entry->space = space;
+    entry->scope = scope;
+    entry->value = value;
+    entry->releaser = releaser;
+    *place = entry;
+    return entry;
+}
+
+void delete_symbol(const char* name, symbol_table* table, u32 space, u32 scope) {
+    symbol_entry* entry = lookup_symbol(name, table, space, scope);
+    if (entry != nullptr) memdata::deleteSymbolEntry(entry);
+}
+
+void* extract_symbol(const char* name, symbol_table* table, u32 space, u32 scope) {
+    symbol_entry* entry = lookup_symbol(name, table, space, scope);
+    return entry == nullptr ? nullptr : memdata::extractSymbolEntry(entry);
+}
+
+symbol_entry* lookup_symbol(const char* name, const symbol_table* table, u32 space, u32 scope) {
+    if (name == nullptr || table == nullptr) return nullptr;
+    return *find_place(name, const_cast<symbol_table*>(table), space, scope); // the place is read only
+}
+
+symbol_entry* enter_symbol(
+    const char* name, symbol_table* table, u32 space, u32 scope, void* value, SymbolReleaserType releaser) {
+    symbol_entry* entry = lookup_symbol(name, table, space, scope);
+    return entry != nullptr ? entry : insert_symbol(name, table, space, scope, value, releaser);
+}
