@@ -1,0 +1,206 @@
+// output_target.cpp - temporaries of outputs: made, given their name, dropped.
+// SPDX-License-Identifier: Apache-2.0
+
+#include "FileUtils/output_target.h"
+
+#include "FileUtils/state.h"
+#include "StringUtils/StringUtils.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+using namespace memdata;
+
+constexpr int kMAX_LINKS = 40; // as many as the system itself follows
+constexpr mode_t kNEW_FILE_MODE = 0666;
+
+enum class TargetKind { kREFUSED, kNEW_FILE, kOLD_FILE, kDIRECT };
+struct OutputTarget {
+    TargetKind kind = TargetKind::kREFUSED;
+    std::string path;   // links followed
+    struct stat old {}; // of kOLD_FILE
+};
+
+std::string folderOf(const std::string& path) {
+    const size_t slash = path.rfind('/');
+    return slash == path.npos ? "./" : path.substr(0, slash + 1);
+}
+
+// Links that the kernel makes up lead to open files, not to names.
+bool standsInProc(const std::string& path) {
+    struct statfs system {};
+    return statfs(folderOf(path).c_str(), &system) == 0 && system.f_type == PROC_SUPER_MAGIC;
+}
+
+OutputTarget findTarget(const char* name) {
+    OutputTarget target;
+    target.path = name;
+    for (int links = 0; links <= kMAX_LINKS; ++links) {
+        struct stat found {};
+        if (lstat(target.path.c_str(), &found) != 0) {
+            if (errno == ENOENT) target.kind = TargetKind::kNEW_FILE;
+            return target;
+        }
+        if (!S_ISLNK(found.st_mode)) {
+            if (S_ISREG(found.st_mode)) target.kind = TargetKind::kOLD_FILE;
+            if (!S_ISREG(found.st_mode) && !S_ISDIR(found.st_mode)) target.kind = TargetKind::kDIRECT;
+            target.old = found;
+            return target;
+        }
+        if (standsInProc(target.path)) {
+            target.kind = TargetKind::kDIRECT;
+            return target;
+        }
+        std::error_code failure;
+        const std::filesystem::path next = std::filesystem::read_symlink(target.path, failure);
+        if (failure) return target;
+        target.path = next.is_absolute() ? next.string() : folderOf(target.path) + next.string();
+    }
+    return target; // too many links
+}
+
+// "/dev/stdout" and its like name an open file of this process: it is written on from where it stands, and not
+// opened a second time with a place of its own. -1 when the path is none of these.
+int duplicateOpenFile(const std::string& path) {
+    std::error_code failure;
+    const std::filesystem::path folder = std::filesystem::canonical(folderOf(path), failure);
+    if (failure || folder != "/proc/" + std::to_string(getpid()) + "/fd") return -1;
+    const std::string number = path.substr(path.rfind('/') + 1);
+    int descriptor = -1;
+    if (std::from_chars(number.data(), number.data() + number.size(), descriptor).ec != std::errc()) return -1;
+    std::fflush(stdout); // what was written before stands before
+    return fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+}
+
+int openDirectly(const std::string& path) {
+    const int descriptor = duplicateOpenFile(path);
+    return descriptor >= 0 ? descriptor : open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+}
+
+std::string linkOfDescriptor(int descriptor) {
+    return "/proc/self/fd/" + std::to_string(descriptor);
+}
+
+// A file without a name can be given one only through its link in /proc.
+int openNameless(const std::string& folder) {
+    if (gFileState.nameTemporaries) return -1;
+    const int descriptor = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kNEW_FILE_MODE);
+    struct stat link {};
+    if (descriptor < 0 || lstat(linkOfDescriptor(descriptor).c_str(), &link) == 0) return descriptor;
+    close(descriptor);
+    return -1;
+}
+
+// Calls make with new names until one does not exist yet. False when the system refuses for another reason.
+template<class Make>
+bool makeTemporaryName(const std::string& folder, std::string* name, Make make) {
+    do {
+        *name = folder + ".memdata-" + std::to_string(getpid()) + "-" + std::to_string(gFileState.temporaryCount++) +
+                ".tmp";
+        if (make(name->c_str())) return true;
+    } while (errno == EEXIST);
+    return false;
+}
+
+int openTemporary(const std::string& folder, std::string* name) {
+    int descriptor = openNameless(folder);
+    if (descriptor >= 0) return descriptor;
+    makeTemporaryName(folder, name, [&](const char* path) {
+        descriptor = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNEW_FILE_MODE);
+        return descriptor >= 0;
+    });
+    return descriptor;
+}
+
+// The new file is to be as accessible as the old one; a system that will not have the owner set is not a failure.
+void takeOverPermissions(int descriptor, const struct stat& old) {
+    if (fchown(descriptor, old.st_uid, old.st_gid) != 0 && fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) != 0)
+        errno = 0;
+    if (fchmod(descriptor, old.st_mode & 07777) != 0) errno = 0;
+}
+
+bool isProtected(const OutputTarget& target) {
+    return target.kind == TargetKind::kOLD_FILE && faccessat(AT_FDCWD, target.path.c_str(), W_OK, AT_EACCESS) != 0;
+}
+
+// A temporary belongs to the process that made it: a child does not remove its parent's.
+bool isOwnTemporary(const char* name) {
+    const std::string mark = "/.memdata-" + std::to_string(getpid()) + "-";
+    return std::strstr(name, mark.c_str()) != nullptr;
+}
+
+bool closeStream(fileIODescriptor* file) {
+    FILE* const stream = std::exchange(file->stream, nullptr);
+    return stream == nullptr || std::fclose(stream) == 0;
+}
+
+} // namespace
+
+int memdata::openOutputTarget(fileIODescriptor* file) {
+    const OutputTarget target = findTarget(file->name);
+    if (target.kind == TargetKind::kREFUSED || isProtected(target)) return 1;
+
+    int descriptor = -1;
+    if (target.kind == TargetKind::kDIRECT) {
+        descriptor = openDirectly(target.path);
+    } else {
+        std::string temporary;
+        file->targetName = newString(target.path);
+        if (file->targetName == nullptr) return 7;
+        descriptor = openTemporary(folderOf(target.path), &temporary);
+        if (descriptor >= 0 && target.kind == TargetKind::kOLD_FILE) takeOverPermissions(descriptor, target.old);
+        if (!temporary.empty()) file->temporaryName = newString(temporary);
+        if (!temporary.empty() && file->temporaryName == nullptr) {
+            if (descriptor >= 0) unlink(temporary.c_str());
+            close(descriptor);
+            return 7;
+        }
+    }
+    if (descriptor < 0) return 1;
+    file->stream = fdopen(descriptor, "wb");
+    if (file->stream != nullptr) return 0;
+    close(descriptor);
+    return 1;
+}
+
+bool memdata::commitOutputTarget(fileIODescriptor* file) {
+    if (file->targetName == nullptr) return closeStream(file);
+    std::string temporary;
+    if (file->temporaryName != nullptr) {
+        temporary = file->temporaryName;
+    } else {
+        // link() does not replace a name: the contents get one of their own first.
+        const std::string link = linkOfDescriptor(fileno(file->stream));
+        if (!makeTemporaryName(folderOf(file->targetName), &temporary, [&](const char* path) {
+                return linkat(AT_FDCWD, link.c_str(), AT_FDCWD, path, AT_SYMLINK_FOLLOW) == 0;
+            }))
+            return false;
+    }
+    const bool named = closeStream(file) && std::rename(temporary.c_str(), file->targetName) == 0;
+    if (!named) unlink(temporary.c_str());
+    return named;
+}
+
+void memdata::dropOutputTarget(fileIODescriptor* file) {
+    closeStream(file);
+    if (file->temporaryName != nullptr && isOwnTemporary(file->temporaryName)) unlink(file->temporaryName);
+}
+
+bool memdata::wouldOverwrite(const char* name) {
+    const OutputTarget target = findTarget(name);
+    if (target.kind == TargetKind::kOLD_FILE) return true;
+    for (const fileIODescriptor* file = gFileState.openFiles; file != nullptr; file = file->nextOpen) {
+        if (file->targetName != nullptr && target.path == file->targetName) return true;
+    }
+    return false;
+}
