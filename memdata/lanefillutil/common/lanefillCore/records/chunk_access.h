@@ -3,8 +3,8 @@
 //
 // Data order: bit 7 of a byte is its first bit, and the first unit of a chunk is the most significant.
 // Bit-lane order: bit 0 of a byte is its first bit, and the first unit is the least significant.
-#ifndef MEMDATA_LANEFILL_CORE_CHUNK_ACCESS_H
-#define MEMDATA_LANEFILL_CORE_CHUNK_ACCESS_H
+#ifndef MEMDATA_LANEFILL_CORE_RECORDS_CHUNK_ACCESS_H
+#define MEMDATA_LANEFILL_CORE_RECORDS_CHUNK_ACCESS_H
 
 #include "platform/BasicTypes.h"
 
@@ -23,8 +23,7 @@ extern const TransformLookupType bitLaneTransformUnitLookup[8][9]; // [bit offse
 extern const u8* const reverseBitValueTable[9];                    // [width 1 to 8][value] -> mirrored value
 extern const u32 reverseValueMask[8];                              // [width 0 to 7] -> mask of so many bits
 
-class BufferChunkAccess {
-public:
+struct BufferChunkAccess {
     // Stands at unit startUnit of a buffer of totalBits bits and passes maxBits bits at the most. As the
     // engine counts here in signed 32-bit numbers, a start behind totalBits gives a count that reads as
     // non-zero; no access leaves the buffer all the same.
@@ -79,5 +78,12 @@ private:
 
 // Mirrors the low width bits of a value (width 0 to 64): bit 0 becomes bit width - 1. Bits above are dropped.
 u64 reverseDataBits(unsigned width, unsigned long value);
+
+namespace memdata {
+
+// Null is allowed. The buffer under a cursor belongs to others.
+inline void deleteChunkAccess(BufferChunkAccess* access) { delete access; }
+
+} // namespace memdata
 
 #endif
