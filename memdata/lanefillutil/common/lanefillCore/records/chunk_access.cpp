@@ -37,6 +37,15 @@ BufferChunkAccess::BufferChunkAccess(unsigned char* buffer_, unsigned unitBits_,
       bitOffset(bitOffset_), bitsRemaining(bitsRemaining_), bitCount(bitCount_), byteCount(byteCount_),
       byteSize(byteSize_) {}
 
+BufferChunkAccess BufferChunkAccess::OverWholeBuffer(
+    unsigned char* buffer, u64 totalBits, TransformEndiannessType endianness, u64 startUnit, unsigned unitBits) {
+    const u64 byteSize = totalBits / 8 + (totalBits % 8 != 0 ? 1 : 0);
+    const bool inside = unitBits == 0 || startUnit <= totalBits / unitBits;
+    const u64 start = inside ? startUnit * unitBits : totalBits;
+    return {buffer, unitBits, lookupOf(endianness), endianness, buffer + start / 8, start % 8, totalBits - start, 0, 0,
+        byteSize};
+}
+
 BufferChunkAccess* BufferChunkAccess::DupBufferChunkAccess() const {
     return new BufferChunkAccess(
         buffer, unitBits, lookup, endianness, current, bitOffset, bitsRemaining, bitCount, byteCount, byteSize);

@@ -24,15 +24,19 @@ extern const u8* const reverseBitValueTable[9];                    // [width 1 t
 extern const u32 reverseValueMask[8];                              // [width 0 to 7] -> mask of so many bits
 
 struct BufferChunkAccess {
-    // Stands at unit startUnit of a buffer of totalBits bits and passes maxBits bits at the most. As the
-    // engine counts here in signed 32-bit numbers, a start behind totalBits gives a count that reads as
-    // non-zero; no access leaves the buffer all the same.
+    // Stands at unit startUnit of a buffer of totalBits bits and passes maxBits bits at the most. On purpose
+    // counted in signed 32-bit numbers: a start behind totalBits gives a count that reads as non-zero; no
+    // access leaves the buffer all the same.
     BufferChunkAccess(unsigned char* buffer, unsigned long totalBits, unsigned long maxBits,
         TransformEndiannessType endianness, unsigned long startUnit, unsigned unitBits);
     // Takes all fields as they stand; byteSize is the length of the buffer.
     BufferChunkAccess(unsigned char* buffer, unsigned unitBits, const TransformLookupType (*lookup)[8][9],
         TransformEndiannessType endianness, unsigned char* current, u64 bitOffset, u64 bitsRemaining, u64 bitCount,
         u64 byteCount, u64 byteSize);
+    // A cursor over all of a buffer from unit startUnit on, counted in 64 bits: a buffer of 2^31 bits and more
+    // passes whole. A start behind the end leaves nothing to pass.
+    static BufferChunkAccess OverWholeBuffer(
+        unsigned char* buffer, u64 totalBits, TransformEndiannessType endianness, u64 startUnit, unsigned unitBits);
     // A tracked copy of the cursor; null when memory is exhausted. The caller deletes it.
     BufferChunkAccess* DupBufferChunkAccess() const;
 
@@ -82,7 +86,9 @@ u64 reverseDataBits(unsigned width, unsigned long value);
 namespace memdata {
 
 // Null is allowed. The buffer under a cursor belongs to others.
-inline void deleteChunkAccess(BufferChunkAccess* access) { delete access; }
+inline void deleteChunkAccess(BufferChunkAccess* access) {
+    delete access;
+}
 
 } // namespace memdata
 

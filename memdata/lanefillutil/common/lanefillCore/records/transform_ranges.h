@@ -5,6 +5,8 @@
 
 #include "platform/BasicTypes.h"
 
+struct BufferChunkAccess;
+
 // One stretch. Lists of them are sorted by ascending start.
 struct TransformRangeType {
     TransformRangeType* next;
@@ -21,6 +23,24 @@ struct TransformRangeType {
     char* name;                      // managed; the data file that the data came from
     TransformRangeType* parityRange; // the parity part of a lane's range, or null; owned
 };
+
+// A range of size bytes (at least 1) from start. With copy the range owns a copy of the dataSize bytes at
+// data, and dataLast is its last byte; without, dataFirst is the caller's pointer. Null without memory.
+TransformRangeType* create_transform_range(
+    const char* name, u64 start, u64 size, const u8* data, u64 dataSize, bool copy);
+
+// The first range of equal start and size that has no start address, or null.
+TransformRangeType* lookup_transform_range(TransformRangeType* list, u64 start, u64 size);
+
+// The range of equal start and size, or a new one, linked in order of start: a new range stands ahead of older
+// ones of equal start, except at the head. A range that was found takes the name and the copied data of this
+// call: the later data wins. Null without memory; the list is as it was then.
+TransformRangeType* insert_transform_range(
+    const char* name, TransformRangeType** list, u64 start, u64 size, const u8* data, u64 dataSize, bool copy);
+
+// Widens dataFirst and dataLast to the byte under the cursor; dataSize is their distance, and bitCount the
+// most bits that a cursor has passed over this range.
+void set_max_transform_buffer_addresses(const BufferChunkAccess* access, TransformRangeType* range);
 
 // Release the range with what it owns, its parityRange too; a null pointer is allowed. The pointer is
 // cleared. The list form follows next from the head.

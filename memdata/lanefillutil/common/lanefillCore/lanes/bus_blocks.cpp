@@ -1,0 +1,88 @@
+// bus_blocks.cpp - see bus_blocks.h.
+// SPDX-License-Identifier: Apache-2.0
+#include "lanefillCore/lanes/bus_blocks.h"
+
+#include "lanefillCore/lanes/ecc_lanes.h"
+#include "lanefillCore/lanes/fast_lanes.h"
+#include "lanefillCore/lanes/lane_positions.h"
+#include "lanefillCore/lanes/lane_words.h"
+
+namespace {
+
+constexpr unsigned kSOURCE_UNIT_BITS = 8;
+
+// One bus word from lane startLane on. Lanes that the source does not reach any more keep their words, which
+// still count for the check bits. count goes down by one a lane and stays at 0.
+void transformBusWord(BusBlockType* block, u64 startLane, BufferChunkAccess* source, bool byteSwapEcc, u64* count) {
+    const unsigned swapWidth = static_cast<unsigned>(block->lanePitch);
+    EndianConvert::UInt128 bus{0, 0};
+    for (u64 lane = startLane; lane < block->laneCount; ++lane) {
+        if (*count > 0) --*count;
+        if (source->GetNumberBufferBitsRemaining() > 0)
+            transform_bitLane_value(block->lanes[lane], swapWidth, source, &bus);
+        else
+            memdata::accumulateStoredWord(block->lanes[lane], swapWidth, &bus);
+    }
+    transform_bus_access_ECC_value(block, byteSwapEcc, bus);
+}
+
+AddressRangeDefType* rangeOf(const AddressSpaceDefType* space, u64 address) {
+    for (AddressRangeDefType* range = space->ranges; range != nullptr; range = range->next)
+        if (range->startAddress <= address && address <= range->endAddress) return range;
+    return nullptr;
+}
+
+} // namespace
+
+namespace memdata {
+
+int transformBusBlock(const char* fileName, const AddressRangeDefType* range, BusBlockType* block, u64 address,
+    BufferChunkAccess* source, bool byteSwapEcc, TransformPath path) {
+    u64 count = 0;
+    u64 eccCount = 0; // the check lanes count for themselves; the data lanes' count rules the walk
+    u64 startLane = 0;
+    int status = initialize_busBlock_transform_positions(fileName, range, block, address, &count, &startLane);
+    if (status == 0) status = initialize_busBlock_ECC_transform_positions(fileName, range, block, address, &eccCount);
+    if (status != 0) return status;
+
+    const bool fast = path == TransformPath::kBY_SHAPE && hasFastShape(block);
+    while (count > 0 && source->GetNumberBufferBitsRemaining() > 0) {
+        if (fast && startLane == 0) {
+            count -= transformWholeBusWords(block, source, count / block->laneCount, byteSwapEcc) * block->laneCount;
+            if (count == 0 || source->GetNumberBufferBitsRemaining() == 0) break;
+        }
+        transformBusWord(block, startLane, source, byteSwapEcc, &count);
+        startLane = 0;
+    }
+    return 0;
+}
+
+int transformSegment(
+    const char* fileName, AddressSpaceDefType* space, u64 address, u8* data, u64 size, TransformPath path) {
+    AddressRangeDefType* range = rangeOf(space, address);
+    if (range == nullptr || range->blockByteSize == 0) return 0;
+    u64 index = (address - range->startAddress) / range->blockByteSize;
+    BufferChunkAccess source = BufferChunkAccess::OverWholeBuffer(data, size * 8, kDATA_ORDER, 0, kSOURCE_UNIT_BITS);
+    for (; range != nullptr; range = range->next, index = 0)
+        for (; index < range->busBlockCount; ++index) {
+            if (source.GetNumberBufferBitsRemaining() == 0) return 0;
+            const int status = transformBusBlock(
+                fileName, range, range->busBlocks[index], address, &source, space->leLaneOrderApplied, path);
+            if (status != 0) return status;
+            address = 0; // from here on each block is filled from its start
+        }
+    return 0;
+}
+
+} // namespace memdata
+
+int transform_data_busBlock(const char* fileName, AddressRangeDefType* range, BusBlockType* block,
+    unsigned long address, BufferChunkAccess* source, bool byteSwapEcc) {
+    return memdata::transformBusBlock(
+        fileName, range, block, address, source, byteSwapEcc, memdata::TransformPath::kBY_SHAPE);
+}
+
+int transform_segment_data(
+    const char* fileName, AddressSpaceDefType* space, unsigned long address, unsigned char* data, unsigned long size) {
+    return memdata::transformSegment(fileName, space, address, data, size, memdata::TransformPath::kBY_SHAPE);
+}

@@ -1,0 +1,138 @@
+// byte_gather.cpp - see byte_gather.h.
+// SPDX-License-Identifier: Apache-2.0
+#include "lanefillCore/lanes/byte_gather.h"
+
+#include <algorithm>
+#include <concepts>
+#include <cstring>
+
+namespace memdata {
+namespace {
+
+constexpr u64 kTILE_BYTES = 8192; // of the source at a time: stays in the first cache over all lanes
+
+template<std::unsigned_integral Word>
+Word load(const u8* at) {
+    Word word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+template<std::unsigned_integral Word>
+void store(u8* at, Word word) {
+    std::memcpy(at, &word, sizeof word);
+}
+
+template<std::unsigned_integral Word>
+Word reversed(Word word) {
+    if constexpr (sizeof(Word) == 2) return __builtin_bswap16(word);
+    if constexpr (sizeof(Word) == 4) return __builtin_bswap32(word);
+    if constexpr (sizeof(Word) == 8) return __builtin_bswap64(word);
+    return word;
+}
+
+u64 mirroredBytes(u64 bytes) {
+    bytes = (bytes >> 1 & 0x5555555555555555) | (bytes & 0x5555555555555555) << 1;
+    bytes = (bytes >> 2 & 0x3333333333333333) | (bytes & 0x3333333333333333) << 2;
+    return (bytes >> 4 & 0x0F0F0F0F0F0F0F0F) | (bytes & 0x0F0F0F0F0F0F0F0F) << 4;
+}
+
+void mirrorBytes(u8* at, u64 byteCount) {
+    for (; byteCount >= 8; at += 8, byteCount -= 8) store(at, mirroredBytes(load<u64>(at)));
+    for (; byteCount > 0; ++at, --byteCount) *at = static_cast<u8>(mirroredBytes(*at));
+}
+
+template<std::unsigned_integral Word, bool Reverse>
+void gatherLane(const u8* source, u64 stride, u8* lane, u64 wordCount) {
+    for (; wordCount > 0; --wordCount, source += stride, lane += sizeof(Word)) {
+        const Word word = load<Word>(source);
+        store(lane, Reverse ? reversed(word) : word);
+    }
+}
+
+template<std::unsigned_integral Word>
+void gatherEachLane(bool reverse, const u8* source, std::span<u8* const> lanes, u64 done, u64 wordCount) {
+    const u64 stride = lanes.size() * sizeof(Word);
+    for (u8* lane : lanes) {
+        if (reverse)
+            gatherLane<Word, true>(source, stride, lane + done * sizeof(Word), wordCount);
+        else
+            gatherLane<Word, false>(source, stride, lane + done * sizeof(Word), wordCount);
+        source += sizeof(Word);
+    }
+}
+
+// Exchanges the fields of a and b that mask (in b's place, shifted down in a) tells: one step of a transposition.
+void exchange(u64& a, u64& b, unsigned shift, u64 mask) {
+    const u64 both = (a >> shift ^ b) & mask;
+    b ^= both;
+    a ^= both << shift;
+}
+
+// Four byte lanes, eight bus words at a time: four 64-bit loads, four 64-bit stores.
+u64 gatherFourByteLanes(const u8* source, std::span<u8* const> lanes, u64 done, u64 wordCount) {
+    u64 word = 0;
+    for (; word + 8 <= wordCount; word += 8, source += 32) {
+        // Rows are pairs of bus words 0 1, 2 3, 4 5, 6 7; lane k of the even one is byte k, of the odd one 4 + k.
+        u64 rows[4] = {load<u64>(source), load<u64>(source + 8), load<u64>(source + 16), load<u64>(source + 24)};
+        u64 out[4] = {0, 0, 0, 0};
+        for (unsigned pair = 0; pair < 4; ++pair)
+            for (unsigned lane = 0; lane < 4; ++lane) {
+                const u64 even = rows[pair] >> 8 * lane & 0xFF;
+                const u64 odd = rows[pair] >> (32 + 8 * lane) & 0xFF;
+                out[lane] |= (even | odd << 8) << 16 * pair;
+            }
+        for (unsigned lane = 0; lane < 4; ++lane) store(lanes[lane] + done + word, out[lane]);
+    }
+    return word;
+}
+
+// Eight byte lanes, eight bus words at a time: an 8 by 8 transposition of bytes.
+u64 gatherEightByteLanes(const u8* source, std::span<u8* const> lanes, u64 done, u64 wordCount) {
+    u64 word = 0;
+    for (; word + 8 <= wordCount; word += 8, source += 64) {
+        u64 rows[8];
+        for (unsigned i = 0; i < 8; ++i) rows[i] = load<u64>(source + 8 * i);
+        for (unsigned i = 0; i < 4; ++i) exchange(rows[i], rows[i + 4], 32, 0x00000000FFFFFFFF);
+        for (const unsigned i : {0u, 1u, 4u, 5u}) exchange(rows[i], rows[i + 2], 16, 0x0000FFFF0000FFFF);
+        for (const unsigned i : {0u, 2u, 4u, 6u}) exchange(rows[i], rows[i + 1], 8, 0x00FF00FF00FF00FF);
+        for (unsigned i = 0; i < 8; ++i) store(lanes[i] + done + word, rows[i]);
+    }
+    return word;
+}
+
+void gatherByteLanes(const u8* source, std::span<u8* const> lanes, u64 done, u64 wordCount) {
+    u64 gathered = 0;
+    if (lanes.size() == 4) gathered = gatherFourByteLanes(source, lanes, done, wordCount);
+    if (lanes.size() == 8) gathered = gatherEightByteLanes(source, lanes, done, wordCount);
+    gatherEachLane<u8>(false, source + gathered * lanes.size(), lanes, done + gathered, wordCount - gathered);
+}
+
+void gatherTile(const GatherForm& form, const u8* source, std::span<u8* const> lanes, u64 done, u64 wordCount) {
+    switch (form.laneBytes) {
+    case 1:
+        return gatherByteLanes(source, lanes, done, wordCount);
+    case 2:
+        return gatherEachLane<u16>(form.reverseBytes, source, lanes, done, wordCount);
+    case 4:
+        return gatherEachLane<u32>(form.reverseBytes, source, lanes, done, wordCount);
+    default:
+        return gatherEachLane<u64>(form.reverseBytes, source, lanes, done, wordCount);
+    }
+}
+
+} // namespace
+
+void gatherLanes(const GatherForm& form, const u8* source, std::span<u8* const> lanes, u64 wordCount) {
+    const u64 busBytes = lanes.size() * form.laneBytes;
+    const u64 tileWords = std::max<u64>(8, kTILE_BYTES / busBytes);
+    for (u64 done = 0; done < wordCount;) {
+        const u64 words = std::min(tileWords, wordCount - done);
+        gatherTile(form, source + done * busBytes, lanes, done, words);
+        if (form.mirrorBits)
+            for (u8* lane : lanes) mirrorBytes(lane + done * form.laneBytes, words * form.laneBytes);
+        done += words;
+    }
+}
+
+} // namespace memdata

@@ -1,0 +1,86 @@
+// lane_words.cpp - see lane_words.h.
+// SPDX-License-Identifier: Apache-2.0
+#include "lanefillCore/lanes/lane_words.h"
+
+#include "SystemUtils/bits.h"
+#include "lanefillCore/lanes/lane_positions.h"
+
+namespace {
+
+constexpr unsigned kHEX_DIGIT_BITS = 4;
+
+u64 storedWord(const BufferChunkAccess* access, unsigned bits) {
+    BufferChunkAccess copy = *access;
+    return copy.GetNextTransformChunk(&bits);
+}
+
+// The next bits of the source. When it holds fewer, they are the top bits, and the word that the lane holds
+// gives the rest. access may be null: its word is 0.
+u64 nextWord(BufferChunkAccess* source, unsigned bits, unsigned swapWidth, const BufferChunkAccess* access) {
+    unsigned got = bits;
+    const u64 value = source->GetNextTransformChunk(&got);
+    if (got == bits) return value;
+    const unsigned missing = bits - got;
+    const u64 old = access == nullptr ? 0 : memdata::swapLaneBytes(swapWidth, storedWord(access, bits));
+    return (missing < 64 ? value << missing : 0) | (old & getBitMask(missing));
+}
+
+void skipPad(BufferChunkAccess* source, unsigned parityWidth) {
+    if (parityWidth % kHEX_DIGIT_BITS == 0) return;
+    unsigned pad = kHEX_DIGIT_BITS - parityWidth % kHEX_DIGIT_BITS;
+    source->GetNextTransformChunk(&pad);
+}
+
+void takeParity(BitLaneGridElemType* element, BufferChunkAccess* source, EndianConvert::UInt128* bus) {
+    BufferChunkAccess* access = element->lane->parityChunks;
+    const unsigned bits = element->parityWidth;
+    skipPad(source, bits);
+    const u64 value = nextWord(source, bits, 0, access);
+    if (access != nullptr) access->PutNextTransformChunk(bits, value);
+    accumulate_bus_width_value(bits, value, bus);
+}
+
+} // namespace
+
+namespace memdata {
+
+u64 swapLaneBytes(unsigned swapWidth, u64 word) {
+    switch (swapWidth) {
+    case 16:
+        return EndianConvert::swapTwoBytes(word); // on purpose only these two, also in a wider lane
+    case 32:
+        return EndianConvert::swapFourBytes(word);
+    case 64:
+        return EndianConvert::swapEightBytes(word);
+    default:
+        return word;
+    }
+}
+
+void accumulateStoredWord(const BitLaneGridElemType* element, unsigned swapWidth, EndianConvert::UInt128* bus) {
+    const BitLaneType* lane = element->lane;
+    if (element->parityWidth > 0)
+        accumulate_bus_width_value(element->parityWidth,
+            lane->parityChunks == nullptr ? 0 : storedWord(lane->parityChunks, element->parityWidth), bus);
+    const unsigned bits = laneDataBits(element);
+    const u64 word = swapLaneBytes(swapWidth, storedWord(lane->dataChunks, bits));
+    accumulate_bus_width_value(bits, word & 0xFFFFFFFF, bus); // on purpose 32 bits
+}
+
+} // namespace memdata
+
+void transform_bitLane_value(
+    BitLaneGridElemType* element, unsigned swapWidth, BufferChunkAccess* source, EndianConvert::UInt128* bus) {
+    BitLaneType* lane = element->lane;
+    if (element->parityWidth > 0) takeParity(element, source, bus);
+
+    const unsigned bits = memdata::laneDataBits(element);
+    u64 word = nextWord(source, bits, swapWidth, lane->dataChunks);
+    if (element->bitOrdering == kBIT_ORDERING_ASCENDING) word = reverseDataBits(bits, word);
+
+    lane->dataChunks->PutNextTransformChunk(bits, memdata::swapLaneBytes(swapWidth, word));
+    lane->dataChunks->SkipBits(memdata::laneSlotBits(bits) - bits);
+    update_max_transform_buffer_addresses(element);
+    accumulate_bus_width_value(bits, word, bus);
+    ++lane->laneState;
+}

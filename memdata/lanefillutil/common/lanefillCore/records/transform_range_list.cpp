@@ -1,0 +1,92 @@
+// transform_range_list.cpp - making, finding, inserting and widening ranges.
+// SPDX-License-Identifier: Apache-2.0
+#include "lanefillCore/records/transform_ranges.h"
+
+#include "StringUtils/StringUtils.h"
+#include "SystemUtils/memory.h"
+#include "lanefillCore/records/chunk_access.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+using OwnedRange = memdata::Tracked<TransformRangeType, delete_transform_range>;
+
+// Gives a range its own copy of data in place of the one that it had. False without memory: nothing changes.
+bool takeCopy(TransformRangeType* range, const u8* data, u64 dataSize) {
+    auto* copy = static_cast<u8*>(getMemory("'std::uint8_t' data", dataSize));
+    if (copy == nullptr) return false;
+    if (dataSize > 0) std::memcpy(copy, data, dataSize);
+    if (range->ownedData != nullptr) releaseMemory(range->ownedData);
+    range->ownedData = copy;
+    range->dataFirst = copy;
+    range->dataLast = dataSize > 0 ? copy + dataSize - 1 : copy;
+    range->dataSize = dataSize;
+    range->bitCount = dataSize * 8;
+    return true;
+}
+
+bool takeName(TransformRangeType* range, const char* name) {
+    char* copy = StrDup(name);
+    if (name != nullptr && copy == nullptr) return false;
+    StrDelete(range->name);
+    range->name = copy;
+    return true;
+}
+
+void link(TransformRangeType** list, TransformRangeType* range) {
+    TransformRangeType** at = list;
+    // On purpose: at the head only a lower start goes in front, behind it an equal one does too.
+    if (*at != nullptr && range->start >= (*at)->start) {
+        at = &(*at)->next;
+        while (*at != nullptr && (*at)->start < range->start) at = &(*at)->next;
+    }
+    range->next = *at;
+    *at = range;
+}
+
+} // namespace
+
+TransformRangeType* create_transform_range(
+    const char* name, u64 start, u64 size, const u8* data, u64 dataSize, bool copy) {
+    OwnedRange range(NEW_RECORD(TransformRangeType));
+    if (range == nullptr || !takeName(range.get(), name)) return nullptr;
+    range->start = start;
+    range->size = size;
+    range->end = start + size - 1;
+    if (copy) {
+        if (!takeCopy(range.get(), data, dataSize)) return nullptr;
+    } else {
+        range->dataFirst = const_cast<u8*>(data);
+        range->dataLast = range->dataFirst;
+        range->dataSize = dataSize;
+    }
+    return range.release();
+}
+
+TransformRangeType* lookup_transform_range(TransformRangeType* list, u64 start, u64 size) {
+    for (; list != nullptr; list = list->next)
+        if (list->start == start && list->size == size && !list->hasStartAddress) return list;
+    return nullptr;
+}
+
+TransformRangeType* insert_transform_range(
+    const char* name, TransformRangeType** list, u64 start, u64 size, const u8* data, u64 dataSize, bool copy) {
+    if (TransformRangeType* range = lookup_transform_range(*list, start, size)) {
+        if (copy && !takeCopy(range, data, dataSize)) return nullptr;
+        return takeName(range, name) ? range : nullptr;
+    }
+    TransformRangeType* range = create_transform_range(name, start, size, data, dataSize, copy);
+    if (range != nullptr) link(list, range);
+    return range;
+}
+
+void set_max_transform_buffer_addresses(const BufferChunkAccess* access, TransformRangeType* range) {
+    u8* const current = access->GetCurrentBufferByteAddress();
+    range->dataFirst = std::min(range->dataFirst, current);
+    range->dataLast = std::max(range->dataLast, current);
+    range->dataSize = static_cast<u64>(range->dataLast - range->dataFirst);
+    // The most, so that a shorter run at the same start hides nothing that an earlier one wrote.
+    range->bitCount = std::max(range->bitCount, access->GetBufferBitCount());
+}
