@@ -18,7 +18,10 @@ public:
 
     class sendMsg {
     public:
-        // group: "memdata". format: "@28-NNN@" followed by the format of the arguments ("@28-207@%s").
+        // group: "memdata".
+        // severity: a mask; a plain number reaches the host as it is.
+        // format: "@28-NNN@" followed by the format of the arguments ("@28-207@%s"). Arguments beyond the
+        // format are sent too, each by its own type. Sending changes nothing and throws nothing of ours.
         template<class... Arguments>
         static void eval(const char* group, u32 severity, const char* format, const Arguments&... arguments) {
             send(group, severity, format, memdata::formatArguments(arguments...));
