@@ -1,0 +1,73 @@
+// whole_file.cpp - a file read whole through the filtering stream.
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/whole_file.h"
+
+#include "platform/filtering_stream.h"
+
+#include <algorithm>
+#include <new>
+
+namespace {
+
+using memdata::WholeFile;
+
+constexpr size_t kFIRST_BLOCK_BYTES = 64 * 1024;
+
+void explain(std::string* reason, const std::string& text) {
+    if (reason != nullptr) *reason = text;
+}
+
+// Reads to the end into a buffer that doubles. One byte more than the limit is asked for, so that a file of
+// exactly that size passes.
+template<class Bytes>
+WholeFile readToTheEnd(pql::iostreams::filtering_stream& in, Bytes* content, std::string* reason, u64 limit) {
+    size_t filled = 0;
+    while (in.good() && filled <= limit) {
+        const size_t wanted = static_cast<size_t>(std::min<u64>(std::max(kFIRST_BLOCK_BYTES, 2 * filled), limit + 1));
+        content->resize(wanted);
+        in.read(reinterpret_cast<char*>(content->data()) + filled, static_cast<std::streamsize>(wanted - filled));
+        filled += static_cast<size_t>(in.gcount());
+    }
+    if (in.bad()) {
+        explain(reason, in.failureReason());
+        return WholeFile::kDAMAGED;
+    }
+    if (filled > limit) {
+        explain(reason, "it holds more than " + std::to_string(limit) + " bytes");
+        return WholeFile::kTOO_LARGE;
+    }
+    content->resize(filled);
+    return WholeFile::kREAD;
+}
+
+template<class Bytes>
+WholeFile readWhole(const std::string& name, Bytes* content, std::string* reason, u64 limit) {
+    content->clear();
+    pql::iostreams::filtering_stream in(name);
+    if (!in) {
+        explain(reason, in.failureReason());
+        return WholeFile::kCANNOT_OPEN;
+    }
+    WholeFile result = WholeFile::kTOO_LARGE;
+    try {
+        result = readToTheEnd(in, content, reason, limit);
+    } catch (const std::bad_alloc&) {
+        explain(reason, "it does not fit into memory");
+    }
+    if (result != WholeFile::kREAD) *content = Bytes();
+    return result;
+}
+
+} // namespace
+
+namespace memdata {
+
+WholeFile readWholeFile(const std::string& name, std::string* content, std::string* reason, u64 limit) {
+    return readWhole(name, content, reason, limit);
+}
+
+WholeFile readWholeFile(const std::string& name, std::vector<u8>* content, std::string* reason, u64 limit) {
+    return readWhole(name, content, reason, limit);
+}
+
+} // namespace memdata
