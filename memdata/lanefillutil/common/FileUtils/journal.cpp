@@ -4,6 +4,7 @@
 #include "FileUtils/journal.h"
 
 #include "FileUtils/opening.h"
+#include "SystemUtils/alerts.h"
 
 #include <utility>
 
@@ -14,6 +15,7 @@ int OpenJournalingFile(fileSpecType* spec) {
     constexpr u32 kATTRIBUTES = kKEEP_EXTENSION | kTEXT_WRITE | kREFUSE_OVERWRITE;
     if (int status = OpenDiskFile(spec, nullptr, "log", nullptr, kATTRIBUTES, &log); status != 0) return status;
     StandardLog = log;
+    memdata::beginAlertLog();
     gJournalingEnabled = true;
     return 0;
 }
