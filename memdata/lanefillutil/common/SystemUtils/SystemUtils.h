@@ -4,6 +4,8 @@
 #ifndef MEMDATA_SYSTEM_UTILS_H
 #define MEMDATA_SYSTEM_UTILS_H
 
+#include "SystemUtils/alert_location.h"
+#include "SystemUtils/alert_registry.h"
 #include "SystemUtils/alerts.h"
 #include "SystemUtils/bits.h"
 #include "SystemUtils/containers.h"

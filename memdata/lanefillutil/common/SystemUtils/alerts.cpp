@@ -8,7 +8,6 @@
 #include "SystemUtils/lifetime.h"
 
 #include <bit>
-#include <cstdio>
 #include <iterator>
 #include <new>
 #include <utility>
@@ -22,6 +21,7 @@ constexpr u32 kSOURCE_LINE_ALERTS = kINTERNAL_ERROR_ALERT | kFATAL_ALERT | kDEBU
 struct AlertStateType {
     bool logHasHeader = false; // the open log begins with the version header
     bool isPrinting = false;   // an alert is on its way out
+    std::string deferred;      // alerts that were raised meanwhile: writing the log can fail
 };
 AlertStateType gAlertState;
 
@@ -41,6 +41,17 @@ private:
     bool old_;
 };
 
+// Alerts that are raised while this lives are deferred; those that are still there at its end are dropped.
+class AlertOnItsWay {
+public:
+    AlertOnItsWay() { gAlertState.isPrinting = true; }
+    ~AlertOnItsWay() {
+        gAlertState.isPrinting = false;
+        gAlertState.deferred.clear();
+    }
+    AlertOnItsWay& operator=(AlertOnItsWay&&) = delete; // neither copied nor moved
+};
+
 void output_alert(const std::string& text) {
     if (StandardLog == nullptr) {
         OutputConsoleMessage(&StandardOut, text.c_str());
@@ -49,6 +60,14 @@ void output_alert(const std::string& text) {
     const JournalingOn journaling;
     if (!std::exchange(gAlertState.logHasHeader, true)) OutputVersionHeader(StandardLog, "//", nullptr);
     OutputConsoleMessage(&StandardOut, text.c_str());
+}
+
+// An alert about the writing of an alert follows the one that was being written. There is no third round.
+void print_with_deferred(const std::string& text) {
+    const AlertOnItsWay onItsWay;
+    output_alert(text);
+    const std::string deferred = std::exchange(gAlertState.deferred, {});
+    if (!deferred.empty()) output_alert(deferred);
 }
 
 } // namespace
@@ -98,16 +117,18 @@ std::string CreateAlertMsg(const memdata::AlertPlace& place, u32 severity, u32 n
 
 long PrintAlert(const memdata::AlertPlace& place, u32 severity, u32 number, const char* text, long status,
     std::span<const memdata::FormatArgument> arguments) {
-    if ((gEnablePrintAlerts & severity) == 0 || gAlertState.isPrinting) return status;
-    gAlertState.isPrinting = true;
+    if ((gEnablePrintAlerts & severity) == 0) return status;
     try {
-        output_alert(CreateAlertMsg(place, severity, number, text, arguments));
+        const std::string alert = CreateAlertMsg(place, severity, number, text, arguments);
+        if (gAlertState.isPrinting)
+            gAlertState.deferred += alert;
+        else
+            print_with_deferred(alert);
     } catch (const std::bad_alloc&) {
         // Not even the message finds memory: its bare text goes out as it stands.
-        std::fputs(text != nullptr ? text : "", stdout);
-        std::fputc('\n', stdout);
+        outputLine(&StandardOut, text);
+        outputLine(&StandardOut, "\n");
     }
-    gAlertState.isPrinting = false;
     return status;
 }
 

@@ -66,7 +66,7 @@ void resetAlerts();
 //   text       a format of vStrPrintf; null counts as empty
 //   arguments  of that format
 // The first alert of a log writes the version header there, led by "//". An alert that is raised while another
-// one is being printed (writing the log can fail) is dropped: the outer one is on its way. Returns status.
+// one is being printed (writing the log can fail) follows behind it. Returns status.
 long PrintAlert(const memdata::AlertPlace& place, u32 severity, u32 number, const char* text, long status,
     std::span<const memdata::FormatArgument> arguments);
 
