@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "StringUtils/escape.h"
 
+#include <algorithm>
 #include <iterator>
-#include <string_view>
 
 namespace {
 
@@ -55,7 +55,30 @@ char take_escape(const char** cursor) {
     return letter;
 }
 
+// One character, as an escape where it has to be.
+void append_escaped(std::string* out, char c) {
+    const auto* row = std::ranges::find(kESCAPE_LETTERS, c, &EscapeLetterType::value);
+    const auto code = static_cast<unsigned char>(c);
+    if (row != std::end(kESCAPE_LETTERS)) {
+        out->append({'\\', row->letter});
+    } else if (c == '"' || c == '\\') {
+        out->append({'\\', c});
+    } else if (code < 0x20 || code == 0x7F) {
+        // Always three digits, so that a digit behind is none of it.
+        out->push_back('\\');
+        for (const int digit : {code >> 6, code >> 3 & 7, code & 7}) out->push_back(static_cast<char>('0' + digit));
+    } else {
+        out->push_back(c);
+    }
+}
+
 } // namespace
+
+std::string memdata::escapedText(std::string_view text) {
+    std::string escaped;
+    for (const char c : text) append_escaped(&escaped, c);
+    return escaped;
+}
 
 void convert_escaped_char(const char** cursor, bool* hadEscape, unsigned* count, char* out) {
     unsigned taken = 0;

@@ -5,6 +5,9 @@
 
 #include "platform/BasicTypes.h"
 
+#include <string>
+#include <string_view>
+
 // Takes one character of a text, which may be written as an escape.
 //   cursor     in: a place in a terminated text; out: behind what was taken. At the terminator it stays.
 //   hadEscape  set when an escape was taken, else left alone, so that one flag serves a whole text; may be null
@@ -18,5 +21,13 @@
 //   anything else    that character, among them \" \' and a second backslash
 // A backslash at the very end of the text has nothing to escape and yields itself.
 void convert_escaped_char(const char** cursor, bool* hadEscape, unsigned* count, char* out);
+
+namespace memdata {
+
+// A text as it is written between double quotes: control characters, the quote and the backslash as escapes, which
+// convert_escaped_char reads back.
+std::string escapedText(std::string_view text);
+
+} // namespace memdata
 
 #endif

@@ -350,6 +350,13 @@ std::string memdata::formatText(const char* format, std::span<const FormatArgume
     return text;
 }
 
+char memdata::skipConversion(const char** cursor) {
+    TypedArguments none({});
+    ++*cursor;
+    const ConversionType conversion = scan_conversion(cursor, &none);
+    return conversion.row == nullptr ? '\0' : conversion.row->letter;
+}
+
 char* memdata::appendFormatted(char* s, const char* format, std::span<const FormatArgument> arguments) {
     TypedArguments source(arguments);
     return append_to_string(s, format, &source);

@@ -44,6 +44,10 @@ std::string formatted(const char* format, const Arguments&... arguments) {
     return formatText(format, formatArguments(arguments...));
 }
 
+// Passes over one conversion of a format; the cursor stands at its percent sign and is left behind its letter. The
+// letter, or NUL when the format ends inside the conversion.
+char skipConversion(const char** cursor);
+
 } // namespace memdata
 
 #endif

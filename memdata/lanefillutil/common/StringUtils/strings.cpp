@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "StringUtils/internal.h"
 
+#include "SystemUtils/alerts.h"
 #include "SystemUtils/memory.h"
 
 #include <climits>
@@ -62,9 +63,10 @@ char* memdata::newString(std::string_view text) {
     return new_string(__FILE__, __LINE__, text);
 }
 
-// The allocator words it: no request can be met once the text itself could not grow.
 char* memdata::reportTextOutOfMemory() {
-    return StrNew("a formatted text", ULONG_MAX);
+    // Its size is not known: it is what a string could not grow to.
+    PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "a formatted text", 0, getCurrentMemoryUsage());
+    return nullptr;
 }
 
 char* _StrDup(const char* file, unsigned line, const char* s) {
