@@ -20,7 +20,7 @@
 struct fileIODescriptor;
 
 // Refills the buffer of an input, writes out or extends that of an output. Status 0 when bytes were gained
-// (input) or room was made (output); otherwise the status that the operation on the file ends with.
+// (input) or room was made (output); otherwise the status that the operation on the file ends with. The flag is 0.
 using FileMoverType = int (*)(fileIODescriptor* file, int flag);
 
 struct fileIODescriptor {

@@ -17,6 +17,9 @@ using memdata::OwnedString;
 using memdata::Tracked;
 using FileSpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
 
+constexpr unsigned long kENTRY_BYTES = sizeof(void*);                  // of a list
+constexpr unsigned long kMAX_ENTRIES = (1ul << 32) / kENTRY_BYTES - 1; // what the size in a block's header can tell
+
 u8 lastSeparator(const char* name) {
     const std::string_view text(name);
     const size_t place = text.find_last_of("/\\");
@@ -46,11 +49,12 @@ bool copyString(char** out, const char* text) {
 // Entries that a list has room for, its terminator not counted; from the header of its block.
 unsigned long listCapacity(FileSpecList list) {
     const auto* block = reinterpret_cast<const MemoryBlockType*>(list) - 1;
-    return block->size / sizeof(fileSpecType*) - 1;
+    return block->size / kENTRY_BYTES - 1;
 }
 
 FileSpecList allocateList(unsigned long n) {
-    return static_cast<FileSpecList>(getMemory("FileSpecPtrArrayType", (n + 1) * sizeof(fileSpecType*)));
+    if (n >= kMAX_ENTRIES) return nullptr;
+    return static_cast<FileSpecList>(getMemory("FileSpecPtrArrayType", (n + 1) * kENTRY_BYTES));
 }
 
 } // namespace

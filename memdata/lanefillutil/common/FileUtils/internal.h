@@ -10,8 +10,9 @@ namespace memdata {
 inline constexpr u64 kBUFFER_BYTES = 100000;
 inline constexpr u64 kSPARE_BYTES = 3; // behind the bytes of a buffer: 0xFF, NUL, NUL
 inline constexpr char kEND_BYTE = '\xFF';
-inline constexpr u64 kMAX_LINE_BYTES = u64{16} << 20;   // of a line in a file that is not one buffer
-inline constexpr u64 kMAX_UNSIZED_BYTES = u64{1} << 30; // of a pipe or device that is read as one buffer
+inline constexpr u64 kMAX_LINE_BYTES = u64{16} << 20;         // of a line in a file that is not one buffer
+inline constexpr u64 kMAX_WINDOW_BYTES = kMAX_LINE_BYTES + 2; // with its end, or the end's first half and a neighbour
+inline constexpr u64 kMAX_UNSIZED_BYTES = u64{1} << 30;       // of a pipe or device that is read as one buffer
 
 inline bool isInput(const fileIODescriptor* file) {
     return file != nullptr && file->isOpen != 0 && (file->attributes & kWRITE_ACCESS) == 0;
@@ -31,10 +32,6 @@ fileIODescriptor* newDescriptor(const char* name, u32 attributes);
 bool resizeBuffer(fileIODescriptor* file, u64 size);
 
 // reading.cpp
-// Flags of the movers of inputs: what to do when bytes not yet read fill the whole buffer.
-inline constexpr int kKEEP_SIZE = 0;
-inline constexpr int kGROW_BUFFER = 1;
-
 // Sets textEnd from the first end mark in [from, bufferEnd), and the spare bytes of a buffer of its own.
 void markTextEnd(fileIODescriptor* file, u64 from);
 // Reads the first bytes of a disk input: all of it when it is to be one buffer or is small. sizeIsKnown is false

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <charconv>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
@@ -101,6 +102,22 @@ int openNameless(const std::string& folder) {
     return -1;
 }
 
+// A temporary belongs to the process that made it: a child does not remove its parent's.
+bool isOwnTemporary(const char* name) {
+    const std::string mark = "/.memdata-" + std::to_string(getpid()) + "-";
+    return std::strstr(name, mark.c_str()) != nullptr;
+}
+
+void removeNamedTemporary(const fileIODescriptor* file) {
+    if (file->temporaryName != nullptr && isOwnTemporary(file->temporaryName)) unlink(file->temporaryName);
+}
+
+// For a run that exits in the middle: what it wrote so far must not stay behind.
+void removeNamedTemporaries() {
+    for (const fileIODescriptor* file = gFileState.openFiles; file != nullptr; file = file->nextOpen)
+        removeNamedTemporary(file);
+}
+
 // Calls make with new names until one does not exist yet. False when the system refuses for another reason.
 template<class Make>
 bool makeTemporaryName(const std::string& folder, std::string* name, Make make) {
@@ -115,6 +132,8 @@ bool makeTemporaryName(const std::string& folder, std::string* name, Make make) 
 int openTemporary(const std::string& folder, std::string* name) {
     int descriptor = openNameless(folder);
     if (descriptor >= 0) return descriptor;
+    static const int registered = std::atexit(removeNamedTemporaries); // once, however many there will be
+    static_cast<void>(registered);
     makeTemporaryName(folder, name, [&](const char* path) {
         descriptor = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNEW_FILE_MODE);
         return descriptor >= 0;
@@ -131,12 +150,6 @@ void takeOverPermissions(int descriptor, const struct stat& old) {
 
 bool isProtected(const OutputTarget& target) {
     return target.kind == TargetKind::kOLD_FILE && faccessat(AT_FDCWD, target.path.c_str(), W_OK, AT_EACCESS) != 0;
-}
-
-// A temporary belongs to the process that made it: a child does not remove its parent's.
-bool isOwnTemporary(const char* name) {
-    const std::string mark = "/.memdata-" + std::to_string(getpid()) + "-";
-    return std::strstr(name, mark.c_str()) != nullptr;
 }
 
 bool closeStream(fileIODescriptor* file) {
@@ -193,7 +206,7 @@ bool memdata::commitOutputTarget(fileIODescriptor* file) {
 
 void memdata::dropOutputTarget(fileIODescriptor* file) {
     closeStream(file);
-    if (file->temporaryName != nullptr && isOwnTemporary(file->temporaryName)) unlink(file->temporaryName);
+    removeNamedTemporary(file);
 }
 
 bool memdata::wouldOverwrite(const char* name) {

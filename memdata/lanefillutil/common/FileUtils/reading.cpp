@@ -86,8 +86,8 @@ int refuseLine(fileIODescriptor* file) {
     return kLINE_TOO_LONG;
 }
 
-// The mover of inputs on disk.
-int moveDiskInput(fileIODescriptor* file, int flag) {
+// The mover of inputs on disk. Bytes not yet read that fill the whole window are one line or part of it: it grows.
+int moveDiskInput(fileIODescriptor* file, int) {
     const u64 unread = file->bufferEnd - file->bufferPosition;
     std::memmove(file->buffer, file->buffer + file->bufferPosition, unread);
     file->bufferBase += file->bufferPosition;
@@ -96,12 +96,8 @@ int moveDiskInput(fileIODescriptor* file, int flag) {
     file->textLine = nullptr;
 
     i32 status = 0;
-    if (unread == file->bufferSize) {
-        if (flag != kGROW_BUFFER || file->bufferSize >= kMAX_LINE_BYTES)
-            status = refuseLine(file);
-        else if (!resizeBuffer(file, std::min(2 * file->bufferSize, kMAX_LINE_BYTES)))
-            status = kNO_MEMORY;
-    }
+    if (unread == file->bufferSize && !resizeBuffer(file, std::min(2 * file->bufferSize, kMAX_WINDOW_BYTES)))
+        status = kNO_MEMORY;
     if (status == 0) {
         const i64 got = readSome(file, file->buffer + unread, file->bufferSize - unread);
         if (got > 0) file->bufferEnd += static_cast<u64>(got);
@@ -118,9 +114,9 @@ int moveDiskInput(fileIODescriptor* file, int flag) {
 }
 
 // Status 0 when bytes were gained behind those not read yet.
-int refill(fileIODescriptor* file, int flag) {
+int refill(fileIODescriptor* file) {
     if (file->textEnd < file->bufferEnd) return kEND_MARK;
-    return file->eofState != 0 ? file->eofState : file->mover(file, flag);
+    return file->eofState != 0 ? file->eofState : file->mover(file, 0);
 }
 
 bool isEnd(int status) {
@@ -136,9 +132,11 @@ int bringLine(fileIODescriptor* file, u64* length) {
             char* const end = findLineEnd(start + scanned, file->buffer + file->textEnd);
             scanned = static_cast<u64>(end - start);
         }
+        if (scanned > kMAX_LINE_BYTES && (file->attributes & kWHOLE_FILE_BUFFER) == 0)
+            return file->eofState = refuseLine(file);
         // A line end at the last place waits for its neighbour: the two may be a pair.
         if (file->bufferPosition + scanned + 1 < file->textEnd) break;
-        const int status = refill(file, kGROW_BUFFER);
+        const int status = refill(file);
         if (isEnd(status) && file->bufferPosition < file->textEnd) break;
         if (status != 0) return status;
     }
@@ -208,7 +206,7 @@ int memdata::primeDiskInput(fileIODescriptor* file, u64 size, bool sizeIsKnown) 
 int inputByte(fileIODescriptor* file) {
     if (refuseReading(file)) return kNOT_READABLE;
     file->status = 0;
-    if (file->bufferPosition >= file->textEnd) file->status = refill(file, kKEEP_SIZE);
+    if (file->bufferPosition >= file->textEnd) file->status = refill(file);
     // What has just come may begin with the end mark.
     if (file->status == 0 && file->bufferPosition >= file->textEnd) file->status = kEND_MARK;
     return file->status != 0 ? file->status : static_cast<u8>(file->buffer[file->bufferPosition++]);
@@ -216,15 +214,23 @@ int inputByte(fileIODescriptor* file) {
 
 char* GetNextTextLine(fileIODescriptor* file) {
     if (refuseReading(file)) return nullptr;
-    u64 length = 0;
-    file->status = bringLine(file, &length);
-    file->textLine = nullptr;
-    if (file->status != 0) return nullptr;
-    file->textLine = file->buffer + file->bufferPosition;
-    file->bufferPosition += length;
-    skipLineEnd(file);
+    // Nearly every line stands in the buffer as a whole, with what follows its end.
+    char* start = file->buffer + file->bufferPosition;
+    char* limit = file->buffer + file->textEnd;
+    char* end = start < limit ? findLineEnd(start, limit) : limit;
+    if (limit - end < 2) {
+        u64 length = 0;
+        file->textLine = nullptr;
+        file->status = bringLine(file, &length);
+        if (file->status != 0) return nullptr;
+        start = file->buffer + file->bufferPosition;
+        limit = file->buffer + file->textEnd;
+        end = start + length;
+    }
+    file->bufferPosition = static_cast<u64>(end - file->buffer) + lineEndLength(end, limit);
     ++file->lineCount;
-    return file->textLine;
+    file->status = 0;
+    return file->textLine = start;
 }
 
 char* GetCurrentTextLine(fileIODescriptor* file) {
@@ -257,7 +263,7 @@ char* inputLine(fileIODescriptor* file, char* buffer, u64 size) {
             found = true;
         }
         if (atEnd && file->bufferPosition + 1 < file->textEnd) break;
-        file->status = refill(file, kKEEP_SIZE);
+        file->status = refill(file);
         if (isEnd(file->status) && found) break;
         if (file->status != 0) return nullptr;
     }
