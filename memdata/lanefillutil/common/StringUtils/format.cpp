@@ -316,10 +316,11 @@ void append_conversion(std::string* out, const ConversionType& conversion, Argum
 
 void append_format(std::string* out, const char* format, ArgumentSource* arguments) {
     if (format == nullptr) return;
+    out->reserve(out->size() + 2 * std::strlen(format)); // room for a usual line
     while (*format != '\0') {
-        const size_t plain = std::strcspn(format, "%\\");
-        out->append(format, plain);
-        format += plain;
+        const char* plain = format;
+        while (*format != '\0' && *format != '%' && *format != '\\') ++format;
+        out->append(plain, format);
         if (*format == '%') {
             ++format;
             append_conversion(out, scan_conversion(&format, arguments), arguments);
