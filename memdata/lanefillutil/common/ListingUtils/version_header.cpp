@@ -42,7 +42,7 @@ int memdata::outputVersionHeader(
     std::string text;
     append_lines(&text, lead, HUTEnv::getFullBuildStr());
     append_lines(&text, lead, HUTEnv::getFullProductStr());
-    append_lines(&text, lead, HUTEnv::getCopyrightStr() + HUTEnv::getOtherCopyrightStr());
+    append_lines(&text, lead, HUTEnv::getCopyrightStr() + " " + HUTEnv::getOtherCopyrightStr());
 
     const char* command = GetSystemCommand();
     const bool tellsCommand = command != nullptr && *command != '\0';

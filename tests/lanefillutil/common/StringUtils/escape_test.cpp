@@ -98,5 +98,23 @@ TEST(Escape, OneFlagServesAWholeText) {
     EXPECT_STREQ(cursor, "");
 }
 
+TEST(Escape, AnEscapedTextReadsBack) {
+    std::string text;
+    for (int c = 1; c < 256; ++c) text += {static_cast<char>(c), '7', '\\'};
+    const std::string escaped = escapedText(text);
+    std::string back;
+    for (const char* cursor = escaped.c_str(); *cursor != '\0';) {
+        char c = '\0';
+        convert_escaped_char(&cursor, nullptr, nullptr, &c);
+        back.push_back(c);
+    }
+    EXPECT_EQ(back, text);
+}
+
+TEST(Escape, AnEscapedTextShowsLettersWhereThereAreAnyElseOctalDigits) {
+    EXPECT_EQ(escapedText("a\n\t\"'\\\x01\x7F"), "a\\n\\t\\\"'\\\\\\001\\177");
+    EXPECT_EQ(escapedText(std::string_view("\0", 1)), "\\000");
+}
+
 } // namespace
 } // namespace memdata::testing
