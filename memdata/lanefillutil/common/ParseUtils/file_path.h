@@ -17,10 +17,12 @@
 int parse_file_pathname(
     parse_stream* stream, token_element* token, bool skipFirst, bool quiet, bool eatTrailingSpace, fileSpecType** out);
 
-// The first piece of a path: "/", "\", "\\" with a server's name, ".", "..", or a name with an optional ":".
-//   name    the text so far, a managed string or null; replaced by the longer one
-//   isName  out: whether the piece ended with a name
-// Reads the token behind it. Status as parse_file_pathname.
-int parse_file_path_beginning(parse_stream* stream, token_element* token, bool quiet, char** name, bool* isName);
+// The first piece of a path: "/", "\", "\\" with a server's name, ".", "..", or a name with an optional ":". Reads the
+// token behind it. For callers that have pushed file_path_token_set themselves.
+//   name  the text so far, a managed string or null; replaced by the longer one
+//   last  kind of the last token that became part of it; left alone when none did
+// Status as parse_file_pathname.
+int parse_file_path_beginning(
+    parse_stream* stream, token_element* token, bool quiet, char** name, const token_type** last);
 
 #endif

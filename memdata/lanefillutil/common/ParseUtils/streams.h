@@ -50,10 +50,14 @@ struct parse_stream {
     const char* bracketRun;      // a run of characters that can stand in brackets, looked through already ...
     const char* bracketRunEnd;   // ... and its end
     symbol_table* macroTable;    // in the root
+    int pendingStatus;           // of a token that could not be read early; the next read gives it back
     u64 pushedBytes;             // in the root: text of macros and rescans so far
     u32 includeDepth;            // files below and with this one; 0 in the root
     u32 expansionDepth;          // macro bodies and rescans below and with this one
     u32 callLine;                // line in the context below at which this one was pushed
+    const char* openComment;     // the outermost open comment: its place ...
+    const char* openCommentLine; // ... the start of its line ...
+    u32 openCommentLineNumber;   // ... and that line's number
     bool showsAsFile;            // a text in memory whose alerts show file and line as a file on disk does
     bool isOnStack;
 };
@@ -137,6 +141,28 @@ inline parse_stream* activeContext(const parse_stream* stream) {
 // The alerts of a text in memory show file and line from now on, as those of a file on disk do: for texts that were
 // read from a file. The name given at opening is shown.
 void showAsFile(parse_stream* stream);
+
+// Keywords that hold for a piece of a text, with the modes to read it in, as a scope. At its end the overlay is taken
+// out from wherever it stands: a macro that the piece has opened can reach on behind the piece, and is then read on as
+// if the overlay had never been there. (pop_parse_stream would close the macro.)
+class KeywordOverlay {
+public:
+    KeywordOverlay(parse_stream* stream, token_set* keywords);
+    ~KeywordOverlay() { close(); }
+    KeywordOverlay& operator=(KeywordOverlay&&) = delete; // neither copied nor moved
+
+    int status() const { return status_; } // of pushing: 0, 7
+    // Directly after the start.
+    void setModes(u32 mask, bool on);
+    void ignoreWords(); // words are identifiers; symbols of keyword sets still count
+    // The end ahead of the scope's. Status as pop_parse_stream.
+    int close();
+
+private:
+    parse_stream* overlay_ = nullptr;
+    int status_;
+    u32 changedModes_ = 0;
+};
 
 // Closes a stream; a status is lost, so failures are returned with close_parse_stream on the good way.
 using StreamOwner = Tracked<parse_stream, close_parse_stream>;

@@ -49,8 +49,6 @@ void invalidate_token_element(token_element* token);
 //           above 0: that many characters are copied; 0: the whole text is copied, null makes an empty one.
 //           It may be the token's own text.
 int set_token_element(
-    token_element* token, char* text, long length, bool caseSensitive, const token_type* type, long double value);
-int set_token_element(
     token_element* token, const char* text, long length, bool caseSensitive, const token_type* type, long double value);
 
 // Copies everything but the chain. Status as set_token_element.
@@ -78,6 +76,8 @@ void putToken(TokenQueue* queue, token_element* token);   // at the tail
 void stuffToken(TokenQueue* queue, token_element* token); // ahead of the head
 token_element* takeToken(TokenQueue* queue);              // the head, now the caller's; null when empty
 void clearTokens(TokenQueue* queue);                      // releases all
+// Moves a token without copying its text where both are of the pool, and releases the emptied one.
+void moveToken(token_element* to, token_element* from);
 
 } // namespace memdata
 
