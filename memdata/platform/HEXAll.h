@@ -5,7 +5,9 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 
+// All carry one text for a person to read.
 class HEXAll : public std::exception {
 public:
     explicit HEXAll(std::string message) : message_(std::move(message)) {}
@@ -16,15 +18,23 @@ private:
     std::string message_;
 };
 
+// Nothing can go on.
 class HEXFatal : public HEXAll {
     using HEXAll::HEXAll;
 };
 
+// A fault of our own, or memory exhausted where no status can say so.
 class HEXInternalException : public HEXAll {
     using HEXAll::HEXAll;
 };
 
+// A flow cannot do what it was asked for.
 class HEXAlgException : public HEXAll {
+    using HEXAll::HEXAll;
+};
+
+// An XML document cannot be written or read; the text names the file.
+class HXMLException : public HEXAll {
     using HEXAll::HEXAll;
 };
 
