@@ -8,65 +8,105 @@ namespace memdata {
 
 namespace {
 
-constexpr u32 kFIRST_BITS = 10;
-
-u64 slot_mask(const LiveBlockSetType& set) {
-    return (u64{1} << set.bits) - 1;
-}
-
-// Multiplicative: blocks at equal distances, whatever the distance, spread over the slots.
-u64 home_slot(const LiveBlockSetType& set, const void* user) {
-    return (reinterpret_cast<std::uintptr_t>(user) >> 4) * 0x9E3779B97F4A7C15u >> (64 - set.bits);
-}
-
-// The slot that holds the block, or the free one where its search ends.
-u64 find_slot(const LiveBlockSetType& set, const void* user) {
-    u64 slot = home_slot(set, user);
-    while (set.slots[slot] != nullptr && set.slots[slot] != user) slot = (slot + 1) & slot_mask(set);
-    return slot;
-}
+constexpr u32 kFIRST_BITS = 8;      // of a place in the table of regions
+constexpr u32 kREGION_SHIFT = 16;   // address bits inside a region
+constexpr u32 kALIGNMENT_SHIFT = 4; // address bits that are 0 in every block
+constexpr u32 kWORD_SHIFT = 6;      // bits in a word of the map
+constexpr u32 kWORDS = 1u << (kREGION_SHIFT - kALIGNMENT_SHIFT - kWORD_SHIFT);
 
 } // namespace
 
-bool reserveLiveBlock(LiveBlockSetType* set) {
-    if (set->slots != nullptr && (set->count + 1) * 2 <= slot_mask(*set) + 1) return true;
-    LiveBlockSetType grown;
-    grown.bits = set->slots == nullptr ? kFIRST_BITS : set->bits + 1;
-    grown.slots = static_cast<const void**>(std::calloc(size_t{1} << grown.bits, sizeof(void*)));
-    if (grown.slots == nullptr) return false;
-    for (u64 slot = 0; set->slots != nullptr && slot <= slot_mask(*set); ++slot)
-        if (set->slots[slot] != nullptr) insertLiveBlock(&grown, set->slots[slot]);
-    deleteLiveBlocks(set);
+struct LiveRegionType {
+    u64 number;        // address >> kREGION_SHIFT
+    u64 words[kWORDS]; // bit b of word w: a block stands 16 * (64 * w + b) bytes into the region
+};
+
+namespace {
+
+u64 address_of(const void* user) {
+    return reinterpret_cast<std::uintptr_t>(user);
+}
+
+u64 region_number(const void* user) {
+    return address_of(user) >> kREGION_SHIFT;
+}
+
+u64& map_word(LiveRegionType* region, const void* user) {
+    return region->words[(address_of(user) >> (kALIGNMENT_SHIFT + kWORD_SHIFT)) % kWORDS];
+}
+
+u64 map_bit(const void* user) {
+    return u64{1} << ((address_of(user) >> kALIGNMENT_SHIFT) % (1u << kWORD_SHIFT));
+}
+
+u64 place_count(const LiveBlockSetType& set) {
+    return set.regions == nullptr ? 0 : u64{1} << set.bits;
+}
+
+// The place of a region in the table, or the free one where its search ends. The table must have places.
+LiveRegionType** find_place(const LiveBlockSetType& set, u64 number) {
+    // Multiplicative: regions at equal distances, whatever the distance, spread over the table.
+    u64 place = number * 0x9E3779B97F4A7C15u >> (64 - set.bits);
+    while (set.regions[place] != nullptr && set.regions[place]->number != number)
+        place = (place + 1) % place_count(set);
+    return set.regions + place;
+}
+
+LiveRegionType* find_region(LiveBlockSetType* set, u64 number) {
+    if (set->latest != nullptr && set->latest->number == number) return set->latest;
+    LiveRegionType* region = set->regions == nullptr ? nullptr : *find_place(*set, number);
+    if (region != nullptr) set->latest = region;
+    return region;
+}
+
+bool make_place(LiveBlockSetType* set) {
+    if ((set->regionCount + 1) * 2 <= place_count(*set)) return true;
+    LiveBlockSetType grown = *set;
+    grown.bits = set->regions == nullptr ? kFIRST_BITS : set->bits + 1;
+    grown.regions = static_cast<LiveRegionType**>(std::calloc(size_t{1} << grown.bits, sizeof(LiveRegionType*)));
+    if (grown.regions == nullptr) return false;
+    for (u64 place = 0; place < place_count(*set); ++place)
+        if (set->regions[place] != nullptr) *find_place(grown, set->regions[place]->number) = set->regions[place];
+    std::free(static_cast<void*>(set->regions));
     *set = grown;
     return true;
 }
 
-void insertLiveBlock(LiveBlockSetType* set, const void* user) {
-    set->slots[find_slot(*set, user)] = user;
-    ++set->count;
+LiveRegionType* create_region(LiveBlockSetType* set, u64 number) {
+    if (!make_place(set)) return nullptr;
+    auto* region = static_cast<LiveRegionType*>(std::calloc(1, sizeof(LiveRegionType)));
+    if (region == nullptr) return nullptr;
+    region->number = number;
+    *find_place(*set, number) = region;
+    ++set->regionCount;
+    return region;
 }
 
-bool containsLiveBlock(const LiveBlockSetType& set, const void* user) {
-    return set.slots != nullptr && user != nullptr && set.slots[find_slot(set, user)] == user;
+} // namespace
+
+bool insertLiveBlock(LiveBlockSetType* set, const void* user) {
+    LiveRegionType* region = find_region(set, region_number(user));
+    if (region == nullptr) region = create_region(set, region_number(user));
+    if (region == nullptr) return false;
+    map_word(region, user) |= map_bit(user);
+    ++set->count;
+    return true;
+}
+
+bool containsLiveBlock(LiveBlockSetType* set, const void* user) {
+    if (address_of(user) % (1u << kALIGNMENT_SHIFT) != 0) return false;
+    LiveRegionType* region = find_region(set, region_number(user));
+    return region != nullptr && (map_word(region, user) & map_bit(user)) != 0;
 }
 
 void eraseLiveBlock(LiveBlockSetType* set, const void* user) {
-    if (!containsLiveBlock(*set, user)) return;
-    const u64 mask = slot_mask(*set);
-    u64 gap = find_slot(*set, user);
-    // A later block of the same run moves into the gap unless its home lies behind the gap.
-    for (u64 slot = (gap + 1) & mask; set->slots[slot] != nullptr; slot = (slot + 1) & mask) {
-        const u64 home = home_slot(*set, set->slots[slot]);
-        if (((slot - home) & mask) < ((slot - gap) & mask)) continue;
-        set->slots[gap] = set->slots[slot];
-        gap = slot;
-    }
-    set->slots[gap] = nullptr;
+    map_word(find_region(set, region_number(user)), user) &= ~map_bit(user);
     --set->count;
 }
 
 void deleteLiveBlocks(LiveBlockSetType* set) {
-    std::free(static_cast<void*>(set->slots));
+    for (u64 place = 0; place < place_count(*set); ++place) std::free(set->regions[place]);
+    std::free(static_cast<void*>(set->regions));
     *set = LiveBlockSetType{};
 }
 

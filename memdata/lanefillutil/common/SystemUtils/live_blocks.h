@@ -7,22 +7,27 @@
 
 namespace memdata {
 
-// Open addressing with linear probing over user pointers, at most half full, no tombstones. It lives in system
-// memory, not in tracked memory: the allocator must not enter itself.
+struct LiveRegionType; // 64 KiB of addresses
+
+// A bit for every 16 bytes of each region of addresses that ever held a block, and a hash table of these regions:
+// neighbours in memory are neighbours here. It lives in system memory, not in tracked memory, for the allocator must
+// not enter itself. A region stays until the set is deleted (1/128 of the memory that it stands for).
 struct LiveBlockSetType {
-    const void** slots = nullptr; // 1 << bits of them, null when free
+    LiveRegionType** regions = nullptr; // 1 << bits places, at most half of them taken; null when free
     u32 bits = 0;
-    u64 count = 0;
+    u64 regionCount = 0;
+    u64 count = 0;                    // blocks
+    LiveRegionType* latest = nullptr; // the region that was found last
 };
 
-// Room for one block more; false when the system has no memory, the set is then as before.
-bool reserveLiveBlock(LiveBlockSetType* set);
-// Enters a block that is not in the set. reserveLiveBlock must have made the room.
-void insertLiveBlock(LiveBlockSetType* set, const void* user);
-bool containsLiveBlock(const LiveBlockSetType& set, const void* user);
-// Removes a block; one that is not in the set changes nothing.
+// Enters a block that is not in the set; user is 16-aligned. False when the system has no memory, the set is then as
+// before.
+bool insertLiveBlock(LiveBlockSetType* set, const void* user);
+// Any pointer may be asked for; it is not read.
+bool containsLiveBlock(LiveBlockSetType* set, const void* user);
+// Removes a block that is in the set.
 void eraseLiveBlock(LiveBlockSetType* set, const void* user);
-// Gives the memory of an empty or forgotten set back.
+// Gives the memory of the set back and leaves it empty.
 void deleteLiveBlocks(LiveBlockSetType* set);
 
 } // namespace memdata

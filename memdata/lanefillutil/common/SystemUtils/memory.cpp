@@ -37,6 +37,7 @@ constexpr u8 kRELEASED_BYTE = 0xF0;
 // Larger blocks are overwritten at their head only: a sparse block must not become resident to be released.
 constexpr size_t kOVERWRITE_WHOLE_LIMIT = size_t{1} << 20;
 constexpr size_t kOVERWRITE_HEAD_BYTES = size_t{64} << 10;
+constexpr size_t kCLEAR_BY_HAND_LIMIT = 1024; // bytes of the system's block
 
 static_assert(sizeof(MemoryBlockType) == kHEADER_BYTES);
 static_assert(alignof(MemoryBlockType) == 8);
@@ -73,12 +74,23 @@ bool fault_is_due() {
     return gSystemState.allocationsToFault != 0 && --gSystemState.allocationsToFault == 0;
 }
 
-// The system's block for a plan, zeroed; null when there is none, the sum of the sizes overflows, or the live set
-// can not grow. A zeroed block comes from the system unread, so that large sparse ones cost no memory.
+// A large zeroed block comes from the system unread, so that a sparse one costs no memory; for a small one it is
+// three times faster to take any block and clear it.
+void* take_zeroed(size_t bytes) {
+    if (bytes > kCLEAR_BY_HAND_LIMIT) return std::calloc(1, bytes);
+    void* block = std::malloc(bytes);
+    return block == nullptr ? nullptr : std::memset(block, 0, bytes);
+}
+
+// The system's block for a plan, zeroed, its user pointer entered as live. Null when there is none, the sum of the
+// sizes overflows, or the live set can not grow.
 char* take_system_block(const BlockPlanType& plan, size_t size) {
     if (size > static_cast<size_t>(PTRDIFF_MAX) - plan.overheadBytes) return nullptr;
-    if (!memdata::reserveLiveBlock(&gSystemState.liveBlocks)) return nullptr;
-    return static_cast<char*>(std::calloc(1, plan.overheadBytes + size));
+    char* system = static_cast<char*>(take_zeroed(plan.overheadBytes + size));
+    if (system == nullptr) return nullptr;
+    if (memdata::insertLiveBlock(&gSystemState.liveBlocks, system + plan.overheadBytes)) return system;
+    std::free(system);
+    return nullptr;
 }
 
 char* system_block_of(const MemoryBlockType* block) {
@@ -110,7 +122,7 @@ MemoryBlockType* header_of(void* user) {
 }
 
 bool is_live(void* user) {
-    return memdata::containsLiveBlock(gSystemState.liveBlocks, user) && header_of(user)->magic == kLIVE_MAGIC;
+    return memdata::containsLiveBlock(&gSystemState.liveBlocks, user) && header_of(user)->magic == kLIVE_MAGIC;
 }
 
 // The block of a caller's pointer, or null with the fault reported.
@@ -161,7 +173,6 @@ void* _getMemory(const char* file, unsigned line, const char* description, unsig
     gCurrentMemoryUsage += size;
     gMaxMemoryUsage = std::max(gMaxMemoryUsage, gCurrentMemoryUsage);
     QueueMemoryBlock(&gMemoryBlockList, block);
-    memdata::insertLiveBlock(&gSystemState.liveBlocks, block->user);
     return block->user;
 }
 
