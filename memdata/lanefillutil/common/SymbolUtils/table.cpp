@@ -86,7 +86,7 @@ symbol_table* create_symbol_table(unsigned expectedSymbols) {
     const auto above = std::lower_bound(primes_under_4096.begin(), primes_under_4096.end() - 1, bound);
     const u32 size = *(above - 1);
     auto* table = static_cast<symbol_table*>(
-        getMemory("a 'symbol_table' record", offsetof(symbol_table, buckets) + size * sizeof(symbol_entry*)));
+        getMemory("a 'symbol_table' record", offsetof(symbol_table, buckets) + size * sizeof(void*)));
     if (table != nullptr) table->size = size;
     return table;
 }

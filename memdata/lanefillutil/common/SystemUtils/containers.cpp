@@ -28,8 +28,12 @@ int refuse_null(const char* operation) {
         kERROR_MESSAGE_STRING, 3, memdata::formatted("%s was called without a container.", operation));
 }
 
-// An array for kGROWTH elements more; null when there is no memory, which has been reported.
+// An array for kGROWTH elements more; null when there is no memory for it or no number, which has been reported.
 StackElementType** take_grown_array(const char* description, u32 capacity) {
+    if (capacity > UINT32_MAX - kGROWTH) {
+        PrintInternalError(kERROR_MESSAGE_STRING, 7, "A container holds as many elements as can be counted.");
+        return nullptr;
+    }
     return static_cast<StackElementType**>(getMemory(description, (u64{capacity} + kGROWTH) * sizeof(void*)));
 }
 

@@ -63,7 +63,7 @@ bool make_place(LiveBlockSetType* set) {
     if ((set->regionCount + 1) * 2 <= place_count(*set)) return true;
     LiveBlockSetType grown = *set;
     grown.bits = set->regions == nullptr ? kFIRST_BITS : set->bits + 1;
-    grown.regions = static_cast<LiveRegionType**>(std::calloc(size_t{1} << grown.bits, sizeof(LiveRegionType*)));
+    grown.regions = static_cast<LiveRegionType**>(std::calloc(size_t{1} << grown.bits, sizeof(void*)));
     if (grown.regions == nullptr) return false;
     for (u64 place = 0; place < place_count(*set); ++place)
         if (set->regions[place] != nullptr) *find_place(grown, set->regions[place]->number) = set->regions[place];

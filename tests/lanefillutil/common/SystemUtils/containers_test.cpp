@@ -164,6 +164,17 @@ TEST_F(Stack, EveryFailedAllocationIsAStatus) {
     EXPECT_EQ(sweep.faultCount, 23u); // record, two arrays, 20 elements
 }
 
+TEST_F(Stack, AStackThatCountsNoFurtherIsLeftAsItWas) {
+    push(1, 1);
+    const StackType before = *stack_;
+    stack_->depth = stack_->capacity = UINT32_MAX - 15;
+    CapturedAlerts alerts;
+    EXPECT_EQ(Stack_Push(stack_, value(2), note_release), 7);
+    EXPECT_NE(alerts.text().find("A container holds as many elements as can be counted."), std::string::npos);
+    *stack_ = before;
+    EXPECT_EQ(contents(), "1 ");
+}
+
 TEST_F(Stack, ANullStackIsRefusedOnPushAndReadsAsEmpty) {
     CapturedAlerts alerts;
     EXPECT_EQ(Stack_Push(nullptr, value(1), nullptr), 3);
