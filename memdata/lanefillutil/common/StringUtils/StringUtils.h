@@ -74,7 +74,7 @@ using StrList = char* (*)[256];
 // A list of n null entries and the terminator. Throws HEXInternalException when memory is exhausted.
 StrList StrListNew(unsigned long n);
 // Stores s, which the list owns then; an earlier entry is not released. An index behind the room that the list was
-// made with changes nothing, and s stays the caller's.
+// made with is an internal error: it is reported, nothing changes, and s stays the caller's.
 void StrListSet(StrList list, unsigned long index, char* s);
 char* StrListGet(StrList list, unsigned long index);      // null behind the end
 unsigned long StrListCount(StrList list);                 // entries ahead of the first null one

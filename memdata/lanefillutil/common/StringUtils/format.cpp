@@ -335,10 +335,9 @@ void append_format(std::string* out, const char* format, ArgumentSource* argumen
 // The text of s, which is released at the end: the arguments may point into it.
 char* append_to_string(char* s, const char* format, ArgumentSource* arguments) {
     const memdata::OwnedString released(s);
-    return memdata::managedText([&] {
-        std::string text(s == nullptr ? "" : s);
-        append_format(&text, format, arguments);
-        return text;
+    return memdata::managedText([&](std::string* text) {
+        if (s != nullptr) text->append(s);
+        append_format(text, format, arguments);
     });
 }
 

@@ -9,17 +9,19 @@
 
 namespace memdata {
 
-// Raises the fatal alert for a text that outgrew the machine; null, for the caller to return.
-char* reportTextOutOfMemory();
+// Raises the fatal alert for a text that could not grow beyond its byteCount; null, for the caller to return.
+char* reportTextOutOfMemory(size_t byteCount);
 
-// The managed string of what make() builds; null after the alert when memory is exhausted on the way.
-template<class Make>
-char* managedText(Make make) {
+// The managed string of what fill(std::string*) writes; null after the alert when memory is exhausted on the way.
+template<class Fill>
+char* managedText(Fill fill) {
+    std::string text;
     try {
-        return newString(make());
+        fill(&text);
     } catch (const std::bad_alloc&) {
-        return reportTextOutOfMemory();
+        return reportTextOutOfMemory(text.size());
     }
+    return newString(text);
 }
 
 } // namespace memdata

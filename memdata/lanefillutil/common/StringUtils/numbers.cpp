@@ -96,7 +96,7 @@ std::string floatDigits(long double magnitude, unsigned precision) {
     for (; precision > 0 && fraction != 0; --precision) {
         fraction *= 10;
         text.push_back(kDIGITS[std::min(static_cast<unsigned>(fraction), 9U)]);
-        fraction = std::fmod(fraction, 1.0L);
+        fraction = fmodl(fraction, 1.0L);
     }
     text.append(precision, '0');
     return text;
@@ -132,10 +132,9 @@ char* NumToStr(i64 value, int radix, unsigned* digits) {
 char* FloatToStr(long double value, int precision, unsigned* digits) {
     const unsigned fractionDigits =
         static_cast<unsigned>(std::clamp<i64>(precision, 0, static_cast<i64>(memdata::kMAX_FIELD_CHARACTERS)));
-    return memdata::managedText([&] {
-        std::string text = memdata::floatDigits(std::fabs(value), fractionDigits);
-        if (value < 0) text.insert(text.begin(), '-');
-        set_digits(digits, text.size());
-        return text;
+    return memdata::managedText([&](std::string* text) {
+        if (value < 0) text->push_back('-');
+        text->append(memdata::floatDigits(std::fabs(value), fractionDigits));
+        set_digits(digits, text->size());
     });
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "StringUtils/StringUtils.h"
 
+#include "SystemUtils/alerts.h"
 #include "SystemUtils/memory.h"
 #include "platform/HEXAll.h"
 
@@ -37,7 +38,12 @@ StrList StrListNew(unsigned long n) {
 }
 
 void StrListSet(StrList list, unsigned long index, char* s) {
-    if (const std::span<char*> entries = entries_of(list); index < entries.size()) entries[index] = s;
+    const std::span<char*> entries = entries_of(list);
+    if (index < entries.size())
+        entries[index] = s;
+    else
+        PrintInternalError(kERROR_MESSAGE_STRING, 7,
+            memdata::formatted("String list of %lld entries has no entry %lld.", entries.size(), index));
 }
 
 char* StrListGet(StrList list, unsigned long index) {

@@ -63,9 +63,8 @@ char* memdata::newString(std::string_view text) {
     return new_string(__FILE__, __LINE__, text);
 }
 
-char* memdata::reportTextOutOfMemory() {
-    // Its size is not known: it is what a string could not grow to.
-    PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "a formatted text", 0, getCurrentMemoryUsage());
+char* memdata::reportTextOutOfMemory(size_t byteCount) {
+    PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "a formatted text", byteCount, getCurrentMemoryUsage());
     return nullptr;
 }
 

@@ -7,6 +7,7 @@
 #include "platform/HEXAll.h"
 
 #include <climits>
+#include <gmock/gmock.h>
 #include <initializer_list>
 
 namespace memdata::testing {
@@ -30,7 +31,6 @@ TEST_F(StringList, ANullListReadsAsEmpty) {
     EXPECT_EQ(StrListGet(nullptr, 0), nullptr);
     EXPECT_EQ(StrListFind(nullptr, "a"), nullptr);
     EXPECT_EQ(StrListLookup(nullptr, "a"), 0u);
-    StrListSet(nullptr, 0, nullptr);
     EXPECT_EQ(StrListDelete(nullptr), 0);
 }
 
@@ -56,7 +56,20 @@ TEST_F(StringList, EntriesAreSetAndRead) {
     EXPECT_EQ(StrListCount(list.get()), 2u);
 }
 
+TEST_F(StringList, AnEntryBehindTheRoomOfTheListIsReported) {
+    const OwnedList list(StrListNew(2));
+    const OwnedString s(managed("c"));
+    ::testing::internal::CaptureStdout();
+    StrListSet(list.get(), 2, s.get());
+    StrListSet(nullptr, 0, s.get());
+    std::fflush(stdout);
+    const std::string said = ::testing::internal::GetCapturedStdout();
+    EXPECT_THAT(said, ::testing::HasSubstr("String list of 2 entries has no entry 2."));
+    EXPECT_THAT(said, ::testing::HasSubstr("String list of 0 entries has no entry 0."));
+}
+
 TEST_F(StringList, TheTerminatorCanNotBeOverwritten) {
+    const QuietAlerts quiet;
     const OwnedList list(StrListNew(2));
     const OwnedString s(managed("c"));
     StrListSet(list.get(), 2, s.get());
