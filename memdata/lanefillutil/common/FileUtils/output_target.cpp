@@ -43,7 +43,7 @@ bool standsInProc(const std::string& path) {
     return statfs(folderOf(path).c_str(), &system) == 0 && system.f_type == PROC_SUPER_MAGIC;
 }
 
-OutputTarget findTarget(const char* name) {
+OutputTarget followLinks(const char* name) {
     OutputTarget target;
     target.path = name;
     for (int links = 0; links <= kMAX_LINKS; ++links) {
@@ -70,6 +70,16 @@ OutputTarget findTarget(const char* name) {
     return target; // too many links
 }
 
+// With the one name that its folder has: outputs can be compared by it, and it holds when the working folder changes.
+OutputTarget findTarget(const char* name) {
+    OutputTarget target = followLinks(name);
+    std::error_code failure;
+    const std::filesystem::path folder = std::filesystem::canonical(folderOf(target.path), failure);
+    if (!failure && target.kind != TargetKind::kDIRECT)
+        target.path = (folder / std::filesystem::path(target.path).filename()).string();
+    return target;
+}
+
 // "/dev/stdout" and its like name an open file of this process: it is written on from where it stands, and not
 // opened a second time with a place of its own. -1 when the path is none of these.
 int duplicateOpenFile(const std::string& path) {
@@ -94,7 +104,7 @@ std::string linkOfDescriptor(int descriptor) {
 
 // A file without a name can be given one only through its link in /proc.
 int openNameless(const std::string& folder) {
-    if (gFileState.nameTemporaries) return -1;
+    if (gFileState.temporaryKind == TemporaryKind::kNAMED) return -1;
     const int descriptor = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kNEW_FILE_MODE);
     struct stat link {};
     if (descriptor < 0 || lstat(linkOfDescriptor(descriptor).c_str(), &link) == 0) return descriptor;
@@ -141,15 +151,37 @@ int openTemporary(const std::string& folder, std::string* name) {
     return descriptor;
 }
 
-// The new file is to be as accessible as the old one; a system that will not have the owner set is not a failure.
-void takeOverPermissions(int descriptor, const struct stat& old) {
-    if (fchown(descriptor, old.st_uid, old.st_gid) != 0 && fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) != 0)
-        errno = 0;
-    if (fchmod(descriptor, old.st_mode & 07777) != 0) errno = 0;
-}
-
 bool isProtected(const OutputTarget& target) {
     return target.kind == TargetKind::kOLD_FILE && faccessat(AT_FDCWD, target.path.c_str(), W_OK, AT_EACCESS) != 0;
+}
+
+// The new file is to be as accessible as the old one; a system that will not have the owner set is not a failure.
+void takeOverPermissions(const std::string& path, const struct stat& old) {
+    if (chown(path.c_str(), old.st_uid, old.st_gid) != 0 &&
+        chown(path.c_str(), static_cast<uid_t>(-1), old.st_gid) != 0)
+        errno = 0;
+    if (chmod(path.c_str(), old.st_mode & 07777) != 0) errno = 0; // last: a change of owner takes bits away
+}
+
+// Gives a nameless temporary a name of its own, since a link never replaces a name. A system that makes nameless files
+// and can not link them is served by a copy.
+bool nameTemporary(int descriptor, const std::string& folder, std::string* name) {
+    const std::string link = linkOfDescriptor(descriptor);
+    if (gFileState.temporaryKind == TemporaryKind::kNAMELESS) {
+        const bool linked = makeTemporaryName(folder, name,
+            [&](const char* path) { return linkat(AT_FDCWD, link.c_str(), AT_FDCWD, path, AT_SYMLINK_FOLLOW) == 0; });
+        if (linked) return true;
+    }
+    std::error_code failure;
+    const bool copied = makeTemporaryName(folder, name, [&](const char* path) {
+        std::filesystem::copy_file(link, path, failure); // refuses a name that is taken
+        errno = failure.value();
+        return !failure;
+    });
+    struct stat facts {};
+    if (copied && fstat(descriptor, &facts) == 0) takeOverPermissions(*name, facts);
+    if (!copied) unlink(name->c_str());
+    return copied;
 }
 
 bool closeStream(fileIODescriptor* file) {
@@ -171,7 +203,8 @@ int memdata::openOutputTarget(fileIODescriptor* file) {
         file->targetName = newString(target.path);
         if (file->targetName == nullptr) return 7;
         descriptor = openTemporary(folderOf(target.path), &temporary);
-        if (descriptor >= 0 && target.kind == TargetKind::kOLD_FILE) takeOverPermissions(descriptor, target.old);
+        if (descriptor >= 0 && target.kind == TargetKind::kOLD_FILE)
+            takeOverPermissions(temporary.empty() ? linkOfDescriptor(descriptor) : temporary, target.old);
         if (!temporary.empty()) file->temporaryName = newString(temporary);
         if (!temporary.empty() && file->temporaryName == nullptr) {
             if (descriptor >= 0) unlink(temporary.c_str());
@@ -189,19 +222,13 @@ int memdata::openOutputTarget(fileIODescriptor* file) {
 bool memdata::commitOutputTarget(fileIODescriptor* file) {
     if (file->targetName == nullptr) return closeStream(file);
     std::string temporary;
-    if (file->temporaryName != nullptr) {
+    if (file->temporaryName != nullptr)
         temporary = file->temporaryName;
-    } else {
-        // link() does not replace a name: the contents get one of their own first.
-        const std::string link = linkOfDescriptor(fileno(file->stream));
-        if (!makeTemporaryName(folderOf(file->targetName), &temporary, [&](const char* path) {
-                return linkat(AT_FDCWD, link.c_str(), AT_FDCWD, path, AT_SYMLINK_FOLLOW) == 0;
-            }))
-            return false;
-    }
-    const bool named = closeStream(file) && std::rename(temporary.c_str(), file->targetName) == 0;
-    if (!named) unlink(temporary.c_str());
-    return named;
+    else if (!nameTemporary(fileno(file->stream), folderOf(file->targetName), &temporary))
+        return false;
+    const bool replaced = closeStream(file) && std::rename(temporary.c_str(), file->targetName) == 0;
+    if (!replaced) unlink(temporary.c_str());
+    return replaced;
 }
 
 void memdata::dropOutputTarget(fileIODescriptor* file) {

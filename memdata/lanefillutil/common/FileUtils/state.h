@@ -10,14 +10,22 @@
 
 namespace memdata {
 
+// How an output that replaces a file is kept until it is closed. Systems differ in what they can do; tests go
+// through all of it.
+enum class TemporaryKind : u8 {
+    kNAMELESS,        // a file without a name that is given one
+    kNAMELESS_COPIED, // ... that can not be given one and is copied
+    kNAMED,
+};
+
 struct FileStateType {
-    u32 defaultAttributes = kOVERWRITING_REFUSED; // written by SetDefaultFileAttributes
-    bool outputEnabled = true;                    // written by EnabledPutLineOutput
-    bool journalingEnabled = false;               // written by EnabledJournaling
-    fileIODescriptor* openFiles = nullptr;        // all open files but StandardOut, newest first
-    std::string outputFileNameBuffer;             // the name that OpenDiskFile built last
-    u32 temporaryCount = 0;                       // makes the names of temporaries differ
-    bool nameTemporaries = false;                 // for tests: as on a system without nameless files
+    u32 defaultAttributes = kOVERWRITING_REFUSED;           // written by SetDefaultFileAttributes
+    bool outputEnabled = true;                              // written by EnabledPutLineOutput
+    bool journalingEnabled = false;                         // written by EnabledJournaling
+    fileIODescriptor* openFiles = nullptr;                  // all open files but StandardOut, newest first
+    std::string outputFileNameBuffer;                       // the name that OpenDiskFile built last
+    u32 temporaryCount = 0;                                 // makes the names of temporaries differ
+    TemporaryKind temporaryKind = TemporaryKind::kNAMELESS; // the best one to try; changed by tests only
 };
 extern FileStateType gFileState;
 

@@ -211,7 +211,10 @@ TEST_F(Opening, ASecondOutputUnderTheNameOfAnOpenOneIsRefused) {
     EXPECT_EQ(openDisk(name, "mem", kOUTPUT_FILE | kREFUSE_OVERWRITE, &first), 0);
     CapturedAlerts alerts;
     EXPECT_EQ(writeDisk(name, "new", kOUTPUT_FILE | kREFUSE_OVERWRITE), 1);
-    EXPECT_EQ(alerts.text(), overwritingAlert(name));
+    EXPECT_EQ(alerts.take(), overwritingAlert(name));
+    const std::string otherName = folder.file("./out.mem"); // the same file
+    EXPECT_EQ(writeDisk(otherName, "new", kOUTPUT_FILE | kREFUSE_OVERWRITE), 1);
+    EXPECT_EQ(alerts.take(), overwritingAlert(otherName));
     EXPECT_EQ(Close_File(&first), 0);
 }
 

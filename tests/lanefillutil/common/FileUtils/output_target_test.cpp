@@ -17,12 +17,12 @@ namespace {
 using namespace memdata;
 using namespace memdata::testing;
 
-// Each test runs with nameless temporaries and, as on systems without them, with named ones.
-class Outputs : public FileTest, public ::testing::WithParamInterface<bool> {
+// Each test runs with each kind of temporary, as systems offer them.
+class Outputs : public FileTest, public ::testing::WithParamInterface<TemporaryKind> {
 protected:
     Outputs() {
         RegisterSystemToolName("Lanefill");
-        gFileState.nameTemporaries = GetParam();
+        gFileState.temporaryKind = GetParam();
     }
     mode_t modeOf(const std::string& name) {
         struct stat facts {};
@@ -31,8 +31,12 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Temporaries, Outputs, ::testing::Bool(),
-    [](const auto& parameter) { return parameter.param ? "Named" : "Nameless"; });
+std::string kindName(const ::testing::TestParamInfo<TemporaryKind>& info) {
+    constexpr const char* kNAMES[] = {"Nameless", "NamelessCopied", "Named"};
+    return kNAMES[static_cast<size_t>(info.param)];
+}
+INSTANTIATE_TEST_SUITE_P(Temporaries, Outputs,
+    ::testing::Values(TemporaryKind::kNAMELESS, TemporaryKind::kNAMELESS_COPIED, TemporaryKind::kNAMED), kindName);
 
 TEST_P(Outputs, TheOldFileStaysUntilTheNewOneIsClosed) {
     const std::string name = folder.write("out.mem", "old");
@@ -140,6 +144,15 @@ TEST_P(Outputs, ARelativeNameStandsInTheWorkingFolder) {
     std::filesystem::current_path(folder.path());
     EXPECT_EQ(write("plain.mem", "new"), 0);
     std::filesystem::current_path(before);
+    EXPECT_EQ(folder.listing(), "plain.mem\n");
+}
+
+TEST_P(Outputs, TheWorkingFolderMayChangeWhileAFileIsOpen) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    fileIODescriptor* file = open("plain.mem", kTEXT_WRITE);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(Close_File(&file), 0);
     EXPECT_EQ(folder.listing(), "plain.mem\n");
 }
 
