@@ -15,6 +15,8 @@ const Alert_message_type** gAlertMessageLookupArray = nullptr;
 
 namespace {
 
+constexpr u64 kENTRY_BYTES = sizeof(void*); // an entry points at its message
+
 // Runs before the sweep of memory, which was registered ahead of it.
 void finalize_alerts() {
     gAlertMessageLookupArray = nullptr;
@@ -40,8 +42,8 @@ void report_overloaded_number(u32 number) {
 void InitializeSystemAlertMessages() {
     RegisterSystemFinalizationFunction(finalize_alerts);
     const u64 entryCount = u64{highest_number()} + 1;
-    gAlertMessageLookupArray = static_cast<const Alert_message_type**>(
-        getMemory("an alert message lookup array", entryCount * sizeof(Alert_message_type*)));
+    gAlertMessageLookupArray =
+        static_cast<const Alert_message_type**>(getMemory("an alert message lookup array", entryCount * kENTRY_BYTES));
     if (gAlertMessageLookupArray == nullptr) return; // the allocator has reported it
     autoReleaseMemory(gAlertMessageLookupArray);
     if (gAlertMessageArray == nullptr) return;
