@@ -1,0 +1,59 @@
+// absent_modules.cpp - see absent_modules.h.
+// SPDX-License-Identifier: Apache-2.0
+#include "lanefillCore/absent_modules.h"
+
+#include "SystemUtils/alerts.h"
+
+namespace {
+
+constexpr int kABSENT_STATUS = 3;
+
+int absent(const char* what) {
+    return PrintError(kERROR_MESSAGE_STRING, kABSENT_STATUS, memdata::formatted("This build cannot %s yet.", what));
+}
+
+} // namespace
+
+int open_and_preprocess_file(fileSpecType*, const char*, const char*, fileSpecType*) {
+    return absent("preprocess files");
+}
+int open_and_parse_bmm_file(
+    fileSpecType*, AddressMappingType*, const char*, const char*, parse_stream*, parse_stream**) {
+    return absent("read BMM files");
+}
+int open_and_parse_bmm_XML(
+    fileSpecType*, AddressMappingType*, const char*, const char*, parse_stream*, parse_stream**) {
+    return absent("read XML address maps");
+}
+int open_and_parse_bmm_info(unsigned char*, AddressMappingType*, parse_stream*, parse_stream**) {
+    return absent("read compact address maps");
+}
+int check_addressMapping_Locs(AddressMappingType*) {
+    return absent("check locations");
+}
+int output_BMM_file(fileSpecType*, AddressMappingType*, const char*) {
+    return absent("write BMM files");
+}
+int output_XML_BMM_file(fileSpecType*, const char*, int, AddressMappingType*) {
+    return absent("write XML address maps");
+}
+int create_output_files(CmdStringOptionsType*, AddressMappingType*, bool, ProgressSinkType) {
+    return absent("write output files");
+}
+int DoELFDumps(CmdStringOptionsType*) {
+    return absent("dump data files");
+}
+int DoBITDump(fileSpecType*, fileSpecType*, u32, AddressMappingType*, BitFileHeaderType**) {
+    return absent("dump bit files");
+}
+
+namespace memdata {
+
+int deviceOfBitFile(fileSpecType*, TarselDeviceType**) {
+    return absent("read bit files");
+}
+int newDataFileReader(const fileSpecType*, LNF_DataFile**) {
+    return absent("read data files");
+}
+
+} // namespace memdata

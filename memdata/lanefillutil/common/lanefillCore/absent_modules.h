@@ -1,0 +1,41 @@
+// absent_modules.h - operations of modules that this build does not have yet, under their own names.
+// SPDX-License-Identifier: Apache-2.0
+//
+// Each reports by an alert that the build lacks it and gives status 3: a run that needs one fails and says so.
+// A module that arrives takes its lines out of here.
+#ifndef MEMDATA_LANEFILL_CORE_ABSENT_MODULES_H
+#define MEMDATA_LANEFILL_CORE_ABSENT_MODULES_H
+
+#include "BmmUtils/model/records.h"
+#include "lanefillCore/records/data_file.h"
+#include "lanefillCore/records/option_record.h"
+
+struct BitFileHeaderType;
+struct parse_stream;
+
+int open_and_preprocess_file(fileSpecType* in, const char* extension, const char* rescanText, fileSpecType* out);
+int open_and_parse_bmm_file(fileSpecType* spec, AddressMappingType* mapping, const char* root, const char* rescanText,
+    parse_stream* parent, parse_stream** out);
+int open_and_parse_bmm_XML(fileSpecType* spec, AddressMappingType* mapping, const char* root, const char* rescanText,
+    parse_stream* parent, parse_stream** out);
+int open_and_parse_bmm_info(unsigned char* text, AddressMappingType* mapping, parse_stream* parent, parse_stream** out);
+int check_addressMapping_Locs(AddressMappingType* mapping);
+int output_BMM_file(fileSpecType* spec, AddressMappingType* mapping, const char* fileName);
+int output_XML_BMM_file(fileSpecType* spec, const char* fileName, int flags, AddressMappingType* mapping);
+int create_output_files(
+    CmdStringOptionsType* options, AddressMappingType* mapping, bool is64Bit, ProgressSinkType progress);
+int DoELFDumps(CmdStringOptionsType* options);
+int DoBITDump(
+    fileSpecType* input, fileSpecType* output, u32 flags, AddressMappingType* mapping, BitFileHeaderType** header);
+
+namespace memdata {
+
+// The device that a bit file's header names.
+int deviceOfBitFile(fileSpecType* bitFile, TarselDeviceType** device);
+
+// A reader of data files by the format code of a file; null and the status when there is none.
+int newDataFileReader(const fileSpecType* spec, LNF_DataFile** file);
+
+} // namespace memdata
+
+#endif

@@ -1,0 +1,70 @@
+// auto_data.cpp - see auto_data.h.
+// SPDX-License-Identifier: Apache-2.0
+#include "lanefillCore/auto_data.h"
+
+#include "BmmUtils/model/transform_buffers.h"
+#include "lanefillCore/data_files.h"
+#include "lanefillCore/lanes/lane_positions.h"
+#include "lanefillCore/lanes/lane_words.h"
+
+#include <memory>
+
+namespace {
+
+constexpr unsigned kTRANSLATION_FLAGS = 1;
+constexpr unsigned kSOURCE_UNIT_BITS = 8;
+constexpr unsigned kNO_SWAP = 0;
+
+int fillLane(const char* fileName, BitLaneGridElemType* element, const DataFileSectionTypeX<unsigned long>& section) {
+    BitLaneType* lane = element->lane;
+    const AddressSpaceDefType* space = lane->addressSpace;
+    const bool wordAddressing = space->ranges != nullptr && space->ranges->wordAddressing;
+    const u64 deviceBytes = lane->memory->type->dataBits / 8;
+    if (deviceBytes == 0) return 0;
+    u64 word = 0;
+    u64 count = 0;
+    calculate_starting_bitLane_offset_positions(
+        wordAddressing, 0, deviceBytes - 1, 1, element->laneWidth, section.address, &word, &count);
+    if (int status = initialize_bitLane_transform_positions(fileName, element, word, section.address); status != 0)
+        return status;
+
+    BufferChunkAccess source =
+        BufferChunkAccess::OverWholeBuffer(section.data, section.bitCount, kDATA_ORDER, 0, kSOURCE_UNIT_BITS);
+    EndianConvert::UInt128 ignored{0, 0};
+    for (;
+         count > 0 && source.GetNumberBufferBitsRemaining() > 0 && lane->dataChunks->GetNumberBufferBitsRemaining() > 0;
+         --count)
+        transform_bitLane_value(element, kNO_SWAP, &source, &ignored);
+    return 0;
+}
+
+void dropCursors(BitLaneType* lane) {
+    memdata::deleteChunkAccess(lane->dataChunks);
+    memdata::deleteChunkAccess(lane->parityChunks);
+    lane->dataChunks = lane->parityChunks = nullptr;
+}
+
+int fillFromInitFile(BitLaneGridElemType* element, const char* macroDefines) {
+    BitLaneType* lane = element->lane;
+    if (!allocate_addressSpace_transform_buffers(lane->addressSpace)) return 7;
+    LNF_DataFile* opened = nullptr;
+    if (int status = open_data_file(lane->initFile, macroDefines, kTRANSLATION_FLAGS, &opened); status != 0)
+        return status;
+    const std::unique_ptr<LNF_DataFile> file(opened);
+    int status = 0;
+    for (unsigned long i = 0; status == 0 && i < file->GetProgramSectionCount(); ++i) {
+        DataFileSectionTypeX<unsigned long> section{};
+        status = file->GetProgramSectionData(i, &section);
+        if (status == 0) status = fillLane(file->GetDataFileName(), element, section);
+        dropCursors(lane);
+    }
+    return status;
+}
+
+} // namespace
+
+int transform_auto_data_files(AddressMappingType* mapping, const char* macroDefines) {
+    for (BitLaneGridElemType* element = mapping->initLanes; element != nullptr; element = element->lane->nextInitLane)
+        if (int status = fillFromInitFile(element, macroDefines); status != 0) return status;
+    return 0;
+}
