@@ -1,0 +1,265 @@
+// fast_lanes_test.cpp - the fast path gives what the plain one gives, over random shapes of blocks and segments.
+//
+// MEMDATA_TRANSFORM_SEED and MEMDATA_TRANSFORM_SHAPES in the environment replace the seed and the number of shapes.
+// SPDX-License-Identifier: Apache-2.0
+#include "lanefillCore/lanes/bus_blocks.h"
+#include "lanefillCore/lanes/fast_lanes.h"
+#include "lanefillCore/lanes/lane_positions.h"
+#include "support/map_builder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <list>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace memdata::testing {
+namespace {
+
+constexpr u64 kDEFAULT_SEED = 20240607;
+constexpr u64 kDEFAULT_SHAPES = 100000;
+constexpr u64 kSEGMENTS_A_SHAPE = 2;
+constexpr u64 kBLOCK_WORDS = 12; // bus words of a block: small, so that ends of blocks are met often
+
+u64 fromEnvironment(const char* name, u64 otherwise) {
+    const char* text = std::getenv(name);
+    return text == nullptr ? otherwise : std::strtoull(text, nullptr, 0);
+}
+
+class Dice {
+public:
+    explicit Dice(u64 seed) : random_(seed) {}
+    u64 below(u64 limit) { return random_() % limit; }
+    template<class T>
+    T pick(std::initializer_list<T> values) {
+        return values.begin()[below(values.size())];
+    }
+    bool oneIn(u64 n) { return below(n) == 0; }
+    u8 byte() { return static_cast<u8>(random_()); }
+
+private:
+    std::mt19937_64 random_;
+};
+
+struct Shape {
+    unsigned laneBits; // data bits of a lane
+    unsigned parityBits;
+    u64 laneCount;
+    u64 blockCount;
+    u32 ordering;
+    u64 lanePitch;
+    u32 eccType;
+    std::vector<unsigned> eccWidths;
+    bool leOrder;
+    bool wordAddressing;
+    u64 startAddress;
+    u64 blockWords = kBLOCK_WORDS;
+
+    std::string text() const {
+        std::ostringstream out;
+        out << "lanes " << laneCount << " of " << laneBits << "+" << parityBits << ", blocks " << blockCount
+            << ", ordering " << ordering << ", pitch " << lanePitch << ", ecc " << eccType << " in " << eccWidths.size()
+            << ", le " << leOrder << ", words " << wordAddressing << ", start " << startAddress;
+        return out.str();
+    }
+};
+
+Shape randomShape(Dice& dice) {
+    Shape shape{};
+    shape.laneBits = dice.oneIn(6) ? dice.pick({1u, 2u, 4u, 7u, 9u, 12u, 24u, 40u}) : dice.pick({8u, 16u, 32u, 64u});
+    shape.parityBits = dice.oneIn(3) ? dice.pick({1u, 2u, 4u, 8u, 3u}) : 0;
+    shape.laneCount = dice.oneIn(4) ? 1 + dice.below(9) : dice.pick<u64>({1, 2, 4, 8, 16});
+    shape.blockCount = 1 + dice.below(3);
+    shape.ordering = dice.oneIn(4) ? kBIT_ORDERING_ASCENDING : kBIT_ORDERING_DESCENDING;
+    shape.lanePitch = dice.oneIn(3) ? dice.pick<u64>({shape.laneBits, 16, 32, 64, 36}) : 0;
+    shape.leOrder = dice.oneIn(3);
+    shape.wordAddressing = shape.parityBits > 0 && dice.oneIn(2);
+    shape.startAddress = dice.oneIn(2) ? 0 : dice.below(1u << 20) * 64;
+    if (dice.oneIn(2)) {
+        shape.eccType = static_cast<u32>(1 + dice.below(5));
+        for (u64 lanes = 1 + dice.below(3); lanes > 0; --lanes) shape.eccWidths.push_back(dice.pick({4u, 7u, 8u, 9u}));
+    }
+    return shape;
+}
+
+// The records of one space, made without the checks of a map: any shape is possible.
+class Space {
+public:
+    explicit Space(const Shape& shape)
+        : type_(memoryType(shape)), memory_{&type_, nullptr, nullptr, 0, nullptr}, space_{} {
+        space_.startAddress = shape.startAddress;
+        space_.leLaneOrderApplied = shape.leOrder;
+        range_.wordAddressing = space_.wordAddressing = shape.wordAddressing;
+        range_.memory = &memory_;
+        range_.laneWidth = shape.laneBits + (shape.wordAddressing ? shape.parityBits : 0);
+        range_.startAddress = shape.startAddress;
+        const u64 busBits = shape.laneBits * shape.laneCount;
+        const u64 blockBytes = std::max<u64>(1, shape.blockWords * busBits / 8);
+        range_.blockByteSize = shape.wordAddressing ? shape.blockWords * shape.laneCount : blockBytes;
+        range_.endAddress = shape.startAddress + range_.blockByteSize * shape.blockCount - 1;
+        space_.endAddress = range_.endAddress;
+        space_.ranges = &range_;
+        for (u64 i = 0; i < shape.blockCount; ++i) addBlock(shape, i);
+        for (auto& block : blocks_) blockPointers_.push_back(&block);
+        range_.busBlocks = blockPointers_.data();
+        range_.busBlockCount = shape.blockCount;
+    }
+    ~Space() {
+        for (auto& lane : lanes_) {
+            deleteChunkAccess(lane.dataChunks);
+            deleteChunkAccess(lane.parityChunks);
+            delete_transform_range_list(&lane.transformRanges);
+        }
+    }
+    Space& operator=(Space&&) = delete; // neither copied nor moved
+
+    AddressSpaceDefType* get() { return &space_; }
+    u64 byteCount() const { return range_.endAddress - range_.startAddress + 1; }
+
+    void fill(u64 seed) {
+        Dice dice(seed);
+        for (auto& buffer : buffers_)
+            for (u8& byte : buffer) byte = dice.byte();
+    }
+
+    // Buffers, ranges, counts: everything that a caller can see of the lanes.
+    std::string text() const {
+        std::ostringstream out;
+        for (const auto& buffer : buffers_)
+            out.write(reinterpret_cast<const char*>(buffer.data()), static_cast<long>(buffer.size()));
+        for (const auto& lane : lanes_) {
+            out << "\nstate " << lane.laneState;
+            for (const TransformRangeType* range = lane.transformRanges; range != nullptr; range = range->next) {
+                appendRange(out, *range, lane.dataSliver);
+                if (range->parityRange != nullptr) appendRange(out, *range->parityRange, lane.paritySliver);
+            }
+        }
+        return out.str();
+    }
+
+private:
+    static MEMORYType memoryType(const Shape& shape) {
+        MEMORYType type{};
+        const u64 words = shape.blockWords + 3; // a lane may begin a word later, and check lanes count for themselves
+        type.dataBits = words * std::max<u64>(laneSlotBits(shape.laneBits), 16) / 8 * 8 + 64;
+        type.parityBits = shape.parityBits == 0 ? 0 : static_cast<u32>((words * shape.parityBits + 15) / 8 * 8);
+        type.hasParityWidths = shape.parityBits > 0;
+        return type;
+    }
+
+    static void appendRange(std::ostringstream& out, const TransformRangeType& range, const u8* sliver) {
+        out << " [" << range.start << "+" << range.size << " " << range.dataFirst - sliver << ":"
+            << range.dataLast - sliver << " " << range.dataSize << " " << range.bitCount << "]";
+    }
+
+    BitLaneGridElemType* newLane(const Shape& shape, unsigned width, unsigned parityWidth, u32 eccType) {
+        lanes_.emplace_back();
+        BitLaneType& lane = lanes_.back();
+        lane.memory = &memory_;
+        lane.addressSpace = &space_;
+        buffers_.emplace_back(type_.dataBits / 8);
+        lane.dataSliver = buffers_.back().data();
+        if (type_.parityBits > 0) {
+            buffers_.emplace_back(type_.parityBits / 8);
+            lane.paritySliver = buffers_.back().data();
+        }
+        elements_.emplace_back();
+        BitLaneGridElemType& element = elements_.back();
+        element.lane = &lane;
+        element.laneWidth = width + parityWidth;
+        element.parityWidth = parityWidth;
+        element.bitOrdering = shape.ordering;
+        element.eccType = eccType;
+        return &element;
+    }
+
+    void addBlock(const Shape& shape, u64 index) {
+        blocks_.emplace_back();
+        BusBlockType& block = blocks_.back();
+        block.startAddress = range_.startAddress + index * range_.blockByteSize;
+        block.endAddress = block.startAddress + range_.blockByteSize - 1;
+        block.laneCount = shape.laneCount;
+        block.lanePitch = shape.lanePitch;
+        block.eccType = shape.eccType;
+        block.eccLaneCount = shape.eccWidths.size();
+        auto& data = arrays_.emplace_back();
+        for (u64 i = 0; i < shape.laneCount; ++i) data.push_back(newLane(shape, shape.laneBits, shape.parityBits, 0));
+        block.lanes = data.data();
+        auto& ecc = arrays_.emplace_back();
+        for (const unsigned width : shape.eccWidths) {
+            ecc.push_back(newLane(shape, width, 0, shape.eccType));
+            block.eccBusWidth += width;
+        }
+        block.eccLanes = ecc.data();
+    }
+
+    MEMORYType type_;
+    MEMORYLocType memory_;
+    AddressSpaceDefType space_;
+    AddressRangeDefType range_{};
+    std::list<BusBlockType> blocks_;
+    std::vector<BusBlockType*> blockPointers_;
+    std::list<BitLaneType> lanes_;
+    std::list<BitLaneGridElemType> elements_;
+    std::list<std::vector<BitLaneGridElemType*>> arrays_;
+    std::list<std::vector<u8>> buffers_;
+};
+
+std::string segmentsThrough(const Shape& shape, u64 seed, TransformPath path) {
+    Space space(shape);
+    space.fill(seed);
+    Dice dice(seed + 1);
+    for (u64 i = 0; i < kSEGMENTS_A_SHAPE; ++i) {
+        const u64 address = shape.startAddress + (dice.oneIn(3) ? 0 : dice.below(space.byteCount()));
+        std::vector<u8> bytes(1 + dice.below(2 * space.byteCount() + 8));
+        for (u8& byte : bytes) byte = dice.byte();
+        EXPECT_EQ(transformSegment("a.elf", space.get(), address, bytes.data(), bytes.size(), path), 0);
+    }
+    return space.text();
+}
+
+TEST(FastLanes, GiveWhatThePlainFormGivesOverRandomShapes) {
+    const SystemResources resources;
+    const u64 seed = fromEnvironment("MEMDATA_TRANSFORM_SEED", kDEFAULT_SEED);
+    const u64 shapes = fromEnvironment("MEMDATA_TRANSFORM_SHAPES", kDEFAULT_SHAPES);
+    Dice dice(seed);
+    u64 fastShapes = 0;
+    for (u64 i = 0; i < shapes; ++i) {
+        const Shape shape = randomShape(dice);
+        const std::string fast = segmentsThrough(shape, seed + i, TransformPath::kBY_SHAPE);
+        const std::string plain = segmentsThrough(shape, seed + i, TransformPath::kPLAIN);
+        ASSERT_TRUE(fast == plain) << "shape " << i << " of seed " << seed << ": " << shape.text();
+        Space space(shape);
+        u64 count = 0;
+        u64 lane = 0;
+        BusBlockType* block = space.get()->ranges->busBlocks[0];
+        ASSERT_EQ(initialize_busBlock_transform_positions("a.elf", space.get()->ranges, block, 0, &count, &lane), 0);
+        ASSERT_EQ(initialize_busBlock_ECC_transform_positions("a.elf", space.get()->ranges, block, 0, &count), 0);
+        if (hasFastShape(block)) ++fastShapes;
+    }
+    EXPECT_GT(fastShapes, shapes / 5) << "too few shapes meet the fast path to prove anything";
+}
+
+// One block much larger than what the gathering takes at a time.
+TEST(FastLanes, GiveWhatThePlainFormGivesOverLongRuns) {
+    const SystemResources resources;
+    for (const unsigned laneBits : {8u, 16u, 32u, 64u})
+        for (const u64 laneCount : {1ul, 2ul, 3ul, 4ul, 8ul})
+            for (const u32 ordering : {kBIT_ORDERING_ASCENDING, kBIT_ORDERING_DESCENDING}) {
+                Shape shape{};
+                shape.laneBits = laneBits;
+                shape.laneCount = laneCount;
+                shape.blockCount = 1;
+                shape.blockWords = 5000;
+                shape.ordering = ordering;
+                EXPECT_TRUE(segmentsThrough(shape, 1, TransformPath::kBY_SHAPE) ==
+                            segmentsThrough(shape, 1, TransformPath::kPLAIN))
+                    << shape.text();
+            }
+}
+
+} // namespace
+} // namespace memdata::testing
