@@ -69,20 +69,33 @@ void exchange(u64& a, u64& b, unsigned shift, u64 mask) {
     a ^= both << shift;
 }
 
-// Four byte lanes, eight bus words at a time: four 64-bit loads, four 64-bit stores.
+// Exchanges the bytes that mask tells with those shift bits above them.
+u64 exchangedWithin(u64 bytes, unsigned shift, u64 mask) {
+    const u64 both = (bytes >> shift ^ bytes) & mask;
+    return bytes ^ both ^ both << shift;
+}
+
+// Two bus words of four bytes, lane by lane: bytes 0 4 1 5 2 6 3 7.
+u64 pairedByLane(u64 twoWords) {
+    return exchangedWithin(exchangedWithin(twoWords, 16, 0x00000000FFFF0000), 8, 0x0000FF000000FF00);
+}
+
+// Four byte lanes, eight bus words at a time: a transposition of pairs of bytes, four by four.
 u64 gatherFourByteLanes(const u8* source, std::span<u8* const> lanes, u64 done, u64 wordCount) {
     u64 word = 0;
     for (; word + 8 <= wordCount; word += 8, source += 32) {
-        // Rows are pairs of bus words 0 1, 2 3, 4 5, 6 7; lane k of the even one is byte k, of the odd one 4 + k.
-        u64 rows[4] = {load<u64>(source), load<u64>(source + 8), load<u64>(source + 16), load<u64>(source + 24)};
-        u64 out[4] = {0, 0, 0, 0};
-        for (unsigned pair = 0; pair < 4; ++pair)
-            for (unsigned lane = 0; lane < 4; ++lane) {
-                const u64 even = rows[pair] >> 8 * lane & 0xFF;
-                const u64 odd = rows[pair] >> (32 + 8 * lane) & 0xFF;
-                out[lane] |= (even | odd << 8) << 16 * pair;
-            }
-        for (unsigned lane = 0; lane < 4; ++lane) store(lanes[lane] + done + word, out[lane]);
+        u64 r0 = pairedByLane(load<u64>(source));
+        u64 r1 = pairedByLane(load<u64>(source + 8));
+        u64 r2 = pairedByLane(load<u64>(source + 16));
+        u64 r3 = pairedByLane(load<u64>(source + 24));
+        exchange(r0, r2, 32, 0x00000000FFFFFFFF);
+        exchange(r1, r3, 32, 0x00000000FFFFFFFF);
+        exchange(r0, r1, 16, 0x0000FFFF0000FFFF);
+        exchange(r2, r3, 16, 0x0000FFFF0000FFFF);
+        store(lanes[0] + done + word, r0);
+        store(lanes[1] + done + word, r1);
+        store(lanes[2] + done + word, r2);
+        store(lanes[3] + done + word, r3);
     }
     return word;
 }

@@ -107,11 +107,3 @@ int initialize_busBlock_ECC_transform_positions(const char* fileName, const Addr
     }
     return 0;
 }
-
-void update_max_transform_buffer_addresses(BitLaneGridElemType* element) {
-    const BitLaneType* lane = element->lane;
-    if (lane->currentRange == nullptr) return;
-    set_max_transform_buffer_addresses(lane->dataChunks, lane->currentRange);
-    if (lane->currentRange->parityRange != nullptr && lane->parityChunks != nullptr)
-        set_max_transform_buffer_addresses(lane->parityChunks, lane->currentRange->parityRange);
-}

@@ -37,7 +37,13 @@ int initialize_busBlock_ECC_transform_positions(const char* fileName, const Addr
     const BusBlockType* block, unsigned long address, unsigned long* count);
 
 // Records how far the lane's cursors have come in its current range, and in its parity part.
-void update_max_transform_buffer_addresses(BitLaneGridElemType* element);
+inline void update_max_transform_buffer_addresses(BitLaneGridElemType* element) {
+    const BitLaneType* lane = element->lane;
+    if (lane->currentRange == nullptr) return;
+    set_max_transform_buffer_addresses(lane->dataChunks, lane->currentRange);
+    if (lane->currentRange->parityRange != nullptr && lane->parityChunks != nullptr)
+        set_max_transform_buffer_addresses(lane->parityChunks, lane->currentRange->parityRange);
+}
 
 namespace memdata {
 

@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr unsigned kUNIT_BITS = 8;   // the most that one unit holds
-constexpr unsigned kCHUNK_BITS = 64; // the most that one chunk holds
+constexpr unsigned kBYTE_BITS = 8;
+constexpr unsigned kWORD_BITS = 64;
 
 const TransformLookupType (*lookupOf(TransformEndiannessType endianness))[8][9] {
     return endianness == kDATA_ORDER ? &dataTransformUnitLookup : &bitLaneTransformUnitLookup;
@@ -59,37 +59,6 @@ void BufferChunkAccess::operator delete(void* cursor) {
     if (cursor != nullptr) releaseMemory(cursor);
 }
 
-void BufferChunkAccess::advance(unsigned bits) {
-    bitOffset += bits;
-    if (bitOffset >= 8) {
-        ++current;
-        bitOffset -= 8;
-    }
-    bitsRemaining -= bits;
-    bitCount += bits;
-}
-
-u64 BufferChunkAccess::ReadTransformUnitValue(unsigned bits) {
-    if (bits == 0 || bits > kUNIT_BITS) return 0;
-    const TransformLookupType& entry = (*lookup)[bitOffset][bits];
-    if (entry.mask == 0) { // crosses into the next byte; what is read first is the high part, in both orders
-        const u64 first = ReadTransformUnitValue(bits - entry.shift);
-        return first << entry.shift | ReadTransformUnitValue(entry.shift);
-    }
-    const u64 value = insideBuffer() ? (*current & entry.mask) >> entry.shift : 0;
-    advance(bits);
-    return value;
-}
-
-void BufferChunkAccess::WriteTransformUnitValue(unsigned bits, unsigned long value) {
-    if (bits == 0 || bits > kUNIT_BITS) return;
-    const TransformLookupType& entry = (*lookup)[bitOffset][bits];
-    if (entry.mask == 0) return writeCrossing(bits, value, entry);
-    if (insideBuffer())
-        *current = static_cast<u8>((entry.mask & static_cast<u32>(value << entry.shift)) | (entry.keep & *current));
-    advance(bits);
-}
-
 // On purpose not the mirror of a crossing read: the second part passes over a byte, and its width and value
 // are taken from the mask and the count of the bits that cross, not the other way round. What was written
 // this way once is found again only by writing the same way. Lanes never come here: theirs are slots that
@@ -100,19 +69,6 @@ void BufferChunkAccess::writeCrossing(unsigned bits, unsigned long value, const 
     bitOffset = 0;
     ++current;
     WriteTransformUnitValue(entry.keep, value & entry.shift);
-}
-
-u64 BufferChunkAccess::GetNextTransformChunk(unsigned* bits) {
-    *bits = static_cast<unsigned>(std::min<u64>({*bits, bitsRemaining, kCHUNK_BITS}));
-    u64 value = 0;
-    for (unsigned done = 0; done < *bits;) {
-        const unsigned unit = std::min(*bits - done, kUNIT_BITS);
-        const u64 part = ReadTransformUnitValue(unit);
-        value = endianness == kDATA_ORDER ? value << unit | part : value | part << done;
-        done += unit;
-    }
-    refreshByteCount();
-    return value;
 }
 
 u64 BufferChunkAccess::GetNextBitLaneTransformChunk(unsigned* bits) {
@@ -127,40 +83,11 @@ u64 BufferChunkAccess::GetNextBitLaneTransformChunk(unsigned* bits) {
     return value;
 }
 
-void BufferChunkAccess::PutNextTransformChunk(unsigned bits, unsigned long value) {
-    if (bitsRemaining == 0) return;
-    bits = std::min(bits, kCHUNK_BITS);
-    if (bitsRemaining < bits) { // the top bits survive
-        value >>= bits - bitsRemaining;
-        bits = static_cast<unsigned>(bitsRemaining);
-    }
-    for (unsigned left = bits; left > 0;) {
-        const unsigned unit = std::min(left, kUNIT_BITS);
-        left -= unit;
-        if (endianness == kDATA_ORDER) {
-            WriteTransformUnitValue(unit, value >> left);
-        } else {
-            WriteTransformUnitValue(unit, value);
-            value >>= unit;
-        }
-    }
-    refreshByteCount();
-}
-
-void BufferChunkAccess::SkipBits(u64 bits) {
-    bits = std::min(bits, bitsRemaining);
-    current += (bitOffset + bits) / 8;
-    bitOffset = (bitOffset + bits) % 8;
-    bitsRemaining -= bits;
-    bitCount += bits;
-    refreshByteCount();
-}
-
 u64 reverseDataBits(unsigned width, unsigned long value) {
     u64 mirrored = 0;
-    unsigned left = std::min(width, kCHUNK_BITS);
-    for (; left >= kUNIT_BITS; left -= kUNIT_BITS, value >>= kUNIT_BITS)
-        mirrored |= u64{reverseBitValueTable[kUNIT_BITS][value & 0xFF]} << (left - kUNIT_BITS);
+    unsigned left = std::min(width, kWORD_BITS);
+    for (; left >= kBYTE_BITS; left -= kBYTE_BITS, value >>= kBYTE_BITS)
+        mirrored |= u64{reverseBitValueTable[kBYTE_BITS][value & 0xFF]} << (left - kBYTE_BITS);
     if (left > 0) mirrored |= reverseBitValueTable[left][value & reverseValueMask[left]];
     return mirrored;
 }

@@ -8,6 +8,8 @@
 
 #include "platform/BasicTypes.h"
 
+#include <algorithm>
+
 // How n bits at an offset of a byte are reached: mask selects them, keep selects the others, shift is their
 // distance from bit 0. Where they cross into the next byte by s bits: mask 0, keep (1 << s) - 1, shift s.
 struct TransformLookupType {
@@ -74,11 +76,89 @@ struct BufferChunkAccess {
     u64 byteSize;      // length of the buffer: nothing outside of it is touched
 
 private:
+    static constexpr unsigned kUNIT_BITS = 8;   // the most that one unit holds
+    static constexpr unsigned kCHUNK_BITS = 64; // the most that one chunk holds
+
     bool insideBuffer() const { return static_cast<u64>(current - buffer) < byteSize; }
     void advance(unsigned bits);
     void writeCrossing(unsigned bits, unsigned long value, const TransformLookupType& entry);
     void refreshByteCount() { byteCount = bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0); }
 };
+
+// The steps of every bit of a translation stand here, so that its loops hold no calls.
+
+inline void BufferChunkAccess::advance(unsigned bits) {
+    bitOffset += bits;
+    if (bitOffset >= 8) {
+        ++current;
+        bitOffset -= 8;
+    }
+    bitsRemaining -= bits;
+    bitCount += bits;
+}
+
+inline u64 BufferChunkAccess::ReadTransformUnitValue(unsigned bits) {
+    if (bits == 0 || bits > kUNIT_BITS) return 0;
+    const TransformLookupType& entry = (*lookup)[bitOffset][bits];
+    if (entry.mask == 0) { // crosses into the next byte; what is read first is the high part, in both orders
+        const u64 first = ReadTransformUnitValue(bits - entry.shift);
+        return first << entry.shift | ReadTransformUnitValue(entry.shift);
+    }
+    const u64 value = insideBuffer() ? (*current & entry.mask) >> entry.shift : 0;
+    advance(bits);
+    return value;
+}
+
+inline void BufferChunkAccess::WriteTransformUnitValue(unsigned bits, unsigned long value) {
+    if (bits == 0 || bits > kUNIT_BITS) return;
+    const TransformLookupType& entry = (*lookup)[bitOffset][bits];
+    if (entry.mask == 0) return writeCrossing(bits, value, entry);
+    if (insideBuffer())
+        *current = static_cast<u8>((entry.mask & static_cast<u32>(value << entry.shift)) | (entry.keep & *current));
+    advance(bits);
+}
+
+inline u64 BufferChunkAccess::GetNextTransformChunk(unsigned* bits) {
+    *bits = static_cast<unsigned>(std::min<u64>({*bits, bitsRemaining, kCHUNK_BITS}));
+    u64 value = 0;
+    for (unsigned done = 0; done < *bits;) {
+        const unsigned unit = std::min(*bits - done, kUNIT_BITS);
+        const u64 part = ReadTransformUnitValue(unit);
+        value = endianness == kDATA_ORDER ? value << unit | part : value | part << done;
+        done += unit;
+    }
+    refreshByteCount();
+    return value;
+}
+
+inline void BufferChunkAccess::PutNextTransformChunk(unsigned bits, unsigned long value) {
+    if (bitsRemaining == 0) return;
+    bits = std::min(bits, kCHUNK_BITS);
+    if (bitsRemaining < bits) { // the top bits survive
+        value >>= bits - bitsRemaining;
+        bits = static_cast<unsigned>(bitsRemaining);
+    }
+    for (unsigned left = bits; left > 0;) {
+        const unsigned unit = std::min(left, kUNIT_BITS);
+        left -= unit;
+        if (endianness == kDATA_ORDER) {
+            WriteTransformUnitValue(unit, value >> left);
+        } else {
+            WriteTransformUnitValue(unit, value);
+            value >>= unit;
+        }
+    }
+    refreshByteCount();
+}
+
+inline void BufferChunkAccess::SkipBits(u64 bits) {
+    bits = std::min(bits, bitsRemaining);
+    current += (bitOffset + bits) / 8;
+    bitOffset = (bitOffset + bits) % 8;
+    bitsRemaining -= bits;
+    bitCount += bits;
+    refreshByteCount();
+}
 
 // Mirrors the low width bits of a value (width 0 to 64): bit 0 becomes bit width - 1. Bits above are dropped.
 u64 reverseDataBits(unsigned width, unsigned long value);

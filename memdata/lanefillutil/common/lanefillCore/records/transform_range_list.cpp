@@ -81,12 +81,3 @@ TransformRangeType* insert_transform_range(
     if (range != nullptr) link(list, range);
     return range;
 }
-
-void set_max_transform_buffer_addresses(const BufferChunkAccess* access, TransformRangeType* range) {
-    u8* const current = access->GetCurrentBufferByteAddress();
-    range->dataFirst = std::min(range->dataFirst, current);
-    range->dataLast = std::max(range->dataLast, current);
-    range->dataSize = static_cast<u64>(range->dataLast - range->dataFirst);
-    // The most, so that a shorter run at the same start hides nothing that an earlier one wrote.
-    range->bitCount = std::max(range->bitCount, access->GetBufferBitCount());
-}

@@ -3,9 +3,9 @@
 #ifndef MEMDATA_LANEFILL_CORE_RECORDS_TRANSFORM_RANGES_H
 #define MEMDATA_LANEFILL_CORE_RECORDS_TRANSFORM_RANGES_H
 
-#include "platform/BasicTypes.h"
+#include "lanefillCore/records/chunk_access.h"
 
-struct BufferChunkAccess;
+#include <algorithm>
 
 // One stretch. Lists of them are sorted by ascending start.
 struct TransformRangeType {
@@ -40,7 +40,14 @@ TransformRangeType* insert_transform_range(
 
 // Widens dataFirst and dataLast to the byte under the cursor; dataSize is their distance, and bitCount the
 // most bits that a cursor has passed over this range.
-void set_max_transform_buffer_addresses(const BufferChunkAccess* access, TransformRangeType* range);
+inline void set_max_transform_buffer_addresses(const BufferChunkAccess* access, TransformRangeType* range) {
+    u8* const current = access->GetCurrentBufferByteAddress();
+    range->dataFirst = std::min(range->dataFirst, current);
+    range->dataLast = std::max(range->dataLast, current);
+    range->dataSize = static_cast<u64>(range->dataLast - range->dataFirst);
+    // The most, so that a shorter run at the same start hides nothing that an earlier one wrote.
+    range->bitCount = std::max(range->bitCount, access->GetBufferBitCount());
+}
 
 // Release the range with what it owns, its parityRange too; a null pointer is allowed. The pointer is
 // cleared. The list form follows next from the head.
