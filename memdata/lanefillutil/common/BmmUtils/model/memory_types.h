@@ -3,11 +3,11 @@
 #ifndef MEMDATA_BMM_UTILS_MODEL_MEMORY_TYPES_H
 #define MEMDATA_BMM_UTILS_MODEL_MEMORY_TYPES_H
 
+#include "ParseUtils/token_types.h"
 #include "platform/BasicTypes.h"
 
 struct BRAMLogLocDataType;
 struct BRAMPhysLocDataType;
-struct token_type;
 
 // Class masks over MEMORYType::sizeUnits.
 inline constexpr u32 kBLOCK_RAM_CLASSES = 15;         // any of these bits: a block-RAM style device
@@ -52,17 +52,17 @@ struct MEMORYLocType {
 
 // The memory words of the map language, with their ordinals in the class. A memory type that a map
 // defines adds a further word with the next ordinal.
-extern token_type kMEMORY_TYPE_TOKEN;       // class 5 of the map language
-extern token_type kBRAM_RAMB4_KEYWORD;      //  1 RAMB4
-extern token_type kBRAM_RAMB8_KEYWORD;      //  2 RAMB8
-extern token_type kBRAM_RAMB9_KEYWORD;      //  3 RAMB9
-extern token_type kBRAM_RAMB16_KEYWORD;     //  4 RAMB16
-extern token_type kBRAM_RAMB18_KEYWORD;     //  5 RAMB18
-extern token_type kBRAM_RAMB32_KEYWORD;     //  6 RAMB32
-extern token_type kBRAM_RAMB36_KEYWORD;     //  7 RAMB36
-extern token_type kGENERIC_MEMORY_KEYWORD;  //  8 MEMORY
-extern token_type kGRID_MEMORY_KEYWORD;     //  9 GRID
-extern token_type kCOMBINED_MEMORY_KEYWORD; // 10 COMBINED
+inline constexpr token_type kMEMORY_TYPE_TOKEN{&kBMM_KEYWORD_TOKEN, 1, 5, 10};
+inline constexpr token_type kBRAM_RAMB4_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 1, 0};       // RAMB4
+inline constexpr token_type kBRAM_RAMB8_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 2, 0};       // RAMB8
+inline constexpr token_type kBRAM_RAMB9_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 3, 0};       // RAMB9
+inline constexpr token_type kBRAM_RAMB16_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 4, 0};      // RAMB16
+inline constexpr token_type kBRAM_RAMB18_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 5, 0};      // RAMB18
+inline constexpr token_type kBRAM_RAMB32_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 6, 0};      // RAMB32
+inline constexpr token_type kBRAM_RAMB36_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 7, 0};      // RAMB36
+inline constexpr token_type kGENERIC_MEMORY_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 8, 0};   // MEMORY
+inline constexpr token_type kGRID_MEMORY_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 9, 0};      // GRID
+inline constexpr token_type kCOMBINED_MEMORY_KEYWORD{&kMEMORY_TYPE_TOKEN, 2, 10, 0}; // COMBINED
 
 // The type's name; empty for null.
 const char* get_memory_type_string(const MEMORYType* type);
