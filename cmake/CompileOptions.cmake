@@ -4,7 +4,8 @@ target_compile_options(memdata_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
     -Wcast-qual -Wformat=2 -Werror
     # __FILE__ is relative to the tree, so that no block records where it was built.
-    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+    # The second form is what a compiler cache makes of the first, seen from build/<preset>.
+    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/= -fmacro-prefix-map=../../=)
 if(MEMDATA_SANITIZE)
     target_compile_options(memdata_flags INTERFACE
         -fsanitize=${MEMDATA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
