@@ -1,0 +1,56 @@
+// stream_crc_test.cpp - the CRC of configuration words.
+// SPDX-License-Identifier: Apache-2.0
+#include "BitFileUtils/stream_crc.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(StreamCrc, TheCastagnoliCrcTakesWordThenAddress) {
+    gAccumulated_CRC = 0;
+    CRC_32_37(1, 0);
+    EXPECT_EQ(gAccumulated_CRC, 0x8AD958CFu);
+    gAccumulated_CRC = 0;
+    CRC_32_37(0, 1);
+    EXPECT_EQ(gAccumulated_CRC, 0xC5670B91u);
+}
+
+TEST(StreamCrc, TheCastagnoliCrcIgnoresAddressBitsAboveFive) {
+    gAccumulated_CRC = 0;
+    CRC_32_37(0x21, 0);
+    EXPECT_EQ(gAccumulated_CRC, 0x8AD958CFu);
+}
+
+TEST(StreamCrc, OneBitEntersTheSixteenBitCrc) {
+    gAccumulated_CRC = 0;
+    CRC_Bit(1);
+    EXPECT_EQ(gAccumulated_CRC, 0xA001u);
+    CRC_Bit(1); // equals the low bit: no feedback
+    EXPECT_EQ(gAccumulated_CRC, 0x5000u);
+}
+
+TEST(StreamCrc, AWordIsItsBitsThenTheAddressLowestFirst) {
+    for (u32 addressBits : {4u, 5u}) {
+        gCRC_Address_Length = addressBits;
+        gAccumulated_CRC = 0x1234;
+        CRC_Word(0x12, 0x80000001);
+        const u32 whole = gAccumulated_CRC;
+        gAccumulated_CRC = 0x1234;
+        CRC_Bit(1);
+        for (int i = 0; i < 30; ++i) CRC_Bit(0);
+        CRC_Bit(1);
+        for (u32 bit : {0u, 1u, 0u, 0u}) CRC_Bit(bit);
+        if (addressBits == 5) CRC_Bit(1);
+        EXPECT_EQ(whole, gAccumulated_CRC);
+    }
+}
+
+TEST(StreamCrc, TheSignatureRegisterFeedsItsTopBitBack) {
+    gAccumulated_CRC = 0;
+    CRC_16_37(0x3F, 0xABCD);
+    EXPECT_EQ(gAccumulated_CRC, 0x3FABCDu);
+    CRC_16_37(0, 0); // shifted to 0x3F579A | 1 in 22 bits, then the taps 7, 12 and 15
+    EXPECT_EQ(gAccumulated_CRC, 0x3F579Bu ^ 0x9080u);
+}
+
+} // namespace
