@@ -1,0 +1,114 @@
+// device_table.cpp - the device records, made from their rows on demand.
+// SPDX-License-Identifier: Apache-2.0
+#include "DeviceTableUtils/device_table.h"
+
+#include "DeviceTableUtils/location_arrays.h"
+#include "DeviceTableUtils/memory_types.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace memdata {
+namespace {
+
+struct TypeList {
+    const MEMORYType* types[kMEMORY_LOC_ENTRIES]; // ended by null
+};
+
+// By TypeSet.
+constexpr TypeList kTYPE_LISTS[] = {
+    {{&RAMB4_BRAM}},
+    {{&T2RAMB16_BRAM, &T2RAMB18_BRAM}},
+    {{&T4RAMB16_BRAM, &T4RAMB18_BRAM}},
+    {{&D3RAMB16_BRAM, &D3RAMB18_BRAM}},
+    {{&T5RAMB16_BRAM, &T5RAMB18_BRAM, &T5RAMB32_BRAM, &T5RAMB36_BRAM}},
+    {{&T6RAMB16_BRAM, &T6RAMB18_BRAM, &T6RAMB32_BRAM, &T6RAMB36_BRAM}},
+    {{&D6RAMB8_BRAM, &D6RAMB9_BRAM, &D6RAMB16_BRAM, &D6RAMB18_BRAM}},
+};
+
+size_t genericGeometryIndex() {
+    size_t index = kGENERIC_ROWS.size();
+    for (const FamilyRows& family : kFAMILY_ROWS)
+        for (const DeviceRow& row : family.rows) {
+            if (std::string_view(row.longNames) == kGENERIC_GEOMETRY) return index;
+            ++index;
+        }
+    return 0; // unreachable with the data as it is tested
+}
+
+TableRow familyRow(size_t index) {
+    size_t left = index - kGENERIC_ROWS.size();
+    for (const FamilyRows& family : kFAMILY_ROWS) {
+        if (left < family.rows.size()) {
+            const DeviceRow& row = family.rows[left];
+            return {&row, family.family, row.longNames, row.hasShortNames, row.isListed, index};
+        }
+        left -= family.rows.size();
+    }
+    return {};
+}
+
+void fillRecord(TarselDeviceType& record, const TableRow& table) {
+    const DeviceRow& row = *table.geometry;
+    size_t names = 0;
+    anyName(table.longNames, table.hasShortNames, [&](std::string_view name) {
+        record.names[names++] = name.data(); // a literal, so it ends with a null character
+        return names + 1 >= std::size(record.names);
+    });
+    record.isListed = table.isListed;
+    record.family = table.family;
+    record.logicalRows = row.logicalRows;
+    record.physicalRows = row.physicalRows;
+    record.logicalColumns = row.logicalColumns;
+    record.physicalColumns = row.physicalColumns;
+    if (row.columnMap == nullptr)
+        record.columnMap[0] = kIDENTITY_COLUMN_MAP;
+    else
+        std::copy_n(row.columnMap, kCOLUMN_MAP_ENTRIES, record.columnMap);
+    record.framePadBits = row.framePadBits;
+    record.clbFrameBits = row.clbFrameBits;
+    record.bramFrameBits = row.bramFrameBits;
+    record.bramFrameOffset = row.bramFrameOffset;
+    record.dieCount = row.dieCount;
+    size_t memories = 0;
+    for (const MEMORYType* type : kTYPE_LISTS[static_cast<size_t>(row.types)].types)
+        if (type != nullptr) record.memoryLocs[memories++].type = type;
+}
+
+} // namespace
+
+TableRow tableRow(size_t index) {
+    if (index >= kGENERIC_ROWS.size()) return familyRow(index);
+    const GenericRow& row = kGENERIC_ROWS[index];
+    const size_t owner = genericGeometryIndex();
+    return {familyRow(owner).geometry, row.family, row.longNames, row.hasShortNames, false, owner};
+}
+
+TarselDeviceType* deviceRecord(size_t index) {
+    if (index >= kDEVICE_COUNT) return &kTarselDeviceTable[kDEVICE_COUNT];
+    TarselDeviceType& record = kTarselDeviceTable[index];
+    if (record.family == nullptr) fillRecord(record, tableRow(index));
+    return &record;
+}
+
+TarselDeviceType* expandedDeviceRecord(size_t index) {
+    TarselDeviceType* record = deviceRecord(index);
+    if (index >= kDEVICE_COUNT) return record;
+    const TableRow row = tableRow(index);
+    const LocationArrays& arrays = locationArrays(row.owner, *row.geometry);
+    for (MEMORYLocType& memory : record->memoryLocs) {
+        if (memory.type == nullptr) break;
+        const bool isLarge = memory.type->sizeUnits == arrays.largeSizeUnits;
+        memory.physicalLocs = isLarge ? arrays.largePhysical.get() : arrays.smallPhysical.get();
+        memory.logicalLocs = isLarge ? arrays.largeLogical.get() : arrays.smallLogical.get();
+    }
+    record->existenceMap = arrays.existenceMap.get();
+    return record;
+}
+
+bool isInDeviceTable(const void* field) {
+    const std::less<const void*> before;
+    return !before(field, kTarselDeviceTable) && before(field, kTarselDeviceTable + kDEVICE_COUNT);
+}
+
+} // namespace memdata
