@@ -51,7 +51,7 @@ public:
     explicit InputFile(const std::string& name) : descriptor_(::open(name.c_str(), O_RDONLY | O_CLOEXEC)) {
         if (descriptor_ < 0) throw std::system_error(errno, std::generic_category());
         try {
-            refuseDirectory_();
+            takeFacts_();
             readHead_();
         } catch (...) {
             ::close(descriptor_);
@@ -63,20 +63,23 @@ public:
 
     std::string_view head() const { return {head_.data(), headBytes_}; }
 
+    // What read has not given yet, as far as is known: 0 for pipes and devices.
+    u64 bytesLeft() const { return byteCount_ - std::min(byteCount_, bytesGiven_); }
+
     // From the front, the head included. The count of bytes read; 0 at the end.
     size_t read(char* to, size_t count) {
-        if (headTaken_ == headBytes_) return readFile_(to, count);
-        const size_t taken = std::min(count, headBytes_ - headTaken_);
-        std::memcpy(to, head_.data() + headTaken_, taken);
-        headTaken_ += taken;
-        return taken;
+        const bool inHead = bytesGiven_ < headBytes_;
+        const size_t given = inHead ? readHeadAgain_(to, count) : readFile_(to, count);
+        bytesGiven_ += given;
+        return given;
     }
 
 private:
-    void refuseDirectory_() const {
+    void takeFacts_() {
         struct stat facts {};
         if (::fstat(descriptor_, &facts) != 0) throw std::system_error(errno, std::generic_category());
         if (S_ISDIR(facts.st_mode)) throw std::system_error(EISDIR, std::generic_category());
+        if (S_ISREG(facts.st_mode)) byteCount_ = static_cast<u64>(facts.st_size);
     }
 
     // A pipe may give its first bytes one by one.
@@ -86,6 +89,11 @@ private:
             if (count == 0) return;
             headBytes_ += count;
         }
+    }
+
+    size_t readHeadAgain_(char* to, size_t count) const {
+        const std::string_view left = head().substr(static_cast<size_t>(bytesGiven_));
+        return left.copy(to, count);
     }
 
     size_t readFile_(char* to, size_t count) const {
@@ -99,7 +107,8 @@ private:
     int descriptor_;
     std::array<char, kMAGIC_BYTES> head_{};
     size_t headBytes_ = 0;
-    size_t headTaken_ = 0;
+    u64 byteCount_ = 0;
+    u64 bytesGiven_ = 0;
 };
 
 // The file as the filters want it.
@@ -150,6 +159,11 @@ protected:
         const size_t got = next_(block_.data(), block_.size());
         setg(block_.data(), block_.data(), block_.data() + got);
         return got == 0 ? traits_type::eof() : traits_type::to_int_type(*gptr());
+    }
+
+    // What in_avail() tells of a plain file: how many bytes will come, so that a reader can make room at once.
+    std::streamsize showmanyc() override {
+        return file_ && !filters_ && !hasFailed_ ? static_cast<std::streamsize>(file_->bytesLeft()) : 0;
     }
 
     // Large requests go past the block.

@@ -11,28 +11,30 @@ namespace {
 
 using memdata::WholeFile;
 
-constexpr size_t kFIRST_BLOCK_BYTES = 64 * 1024;
+constexpr u64 kFIRST_BLOCK_BYTES = 64 * 1024;
 
 void explain(std::string* reason, const std::string& text) {
     if (reason != nullptr) *reason = text;
 }
 
-// Reads to the end into a buffer that doubles. One byte more than the limit is asked for, so that a file of
-// exactly that size passes.
+// Reads to the end, into a buffer of the size that a plain file has, else into one that doubles. One byte more
+// than the limit is asked for, so that a file of exactly that size passes, and one more than the size, so that
+// its end is met.
 template<class Bytes>
 WholeFile readToTheEnd(pql::iostreams::filtering_stream& in, Bytes* content, std::string* reason, u64 limit) {
-    size_t filled = 0;
-    while (in.good() && filled <= limit) {
-        const size_t wanted = static_cast<size_t>(std::min<u64>(std::max(kFIRST_BLOCK_BYTES, 2 * filled), limit + 1));
+    const u64 expected = static_cast<u64>(std::max<std::streamsize>(0, in.rdbuf()->in_avail()));
+    u64 filled = 0;
+    while (in.good() && expected <= limit && filled <= limit) {
+        const u64 wanted = std::min(std::max({expected + 1, kFIRST_BLOCK_BYTES, 2 * filled}), limit + 1);
         content->resize(wanted);
         in.read(reinterpret_cast<char*>(content->data()) + filled, static_cast<std::streamsize>(wanted - filled));
-        filled += static_cast<size_t>(in.gcount());
+        filled += static_cast<u64>(in.gcount());
     }
     if (in.bad()) {
         explain(reason, in.failureReason());
         return WholeFile::kDAMAGED;
     }
-    if (filled > limit) {
+    if (std::max(expected, filled) > limit) {
         explain(reason, "it holds more than " + std::to_string(limit) + " bytes");
         return WholeFile::kTOO_LARGE;
     }
@@ -50,7 +52,7 @@ WholeFile readWhole(const std::string& name, Bytes* content, std::string* reason
     }
     WholeFile result = WholeFile::kTOO_LARGE;
     try {
-        result = readToTheEnd(in, content, reason, limit);
+        result = readToTheEnd(in, content, reason, std::min<u64>(limit, content->max_size() - 1));
     } catch (const std::bad_alloc&) {
         explain(reason, "it does not fit into memory");
     }

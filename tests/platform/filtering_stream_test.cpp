@@ -12,6 +12,7 @@
 #include <boost/iostreams/filter/bzip2.hpp>
 #include <boost/iostreams/filter/gzip.hpp>
 #include <boost/iostreams/filtering_streambuf.hpp>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -300,6 +301,27 @@ TEST_F(FilteringStream, AWholeFileThatCannotBeReadLeavesNothingAndAReason) {
     EXPECT_EQ(text, "");
 }
 
+// Five gigabytes that take no room on the disk.
+TEST_F(FilteringStream, AFileLargerThanMemoryIsReadInParts) {
+    const std::string name = folder.write("large", "begin");
+    std::filesystem::resize_file(name, u64{5} << 30);
+    filtering_stream in(name);
+    EXPECT_EQ(in.rdbuf()->in_avail(), std::streamsize{5} << 30);
+    std::string part(3'000'000, 'x');
+    in.read(part.data(), 3'000'000);
+    EXPECT_EQ(part, "begin" + std::string(2'999'995, '\0'));
+}
+
+TEST_F(FilteringStream, AFileAboveTheLimitIsRefusedBeforeItIsRead) {
+    const std::string name = folder.write("large", "begin");
+    std::filesystem::resize_file(name, memdata::kMAX_WHOLE_FILE_BYTES + 1);
+    std::string text;
+    std::string reason;
+    EXPECT_EQ(readWholeFile(name, &text, &reason), WholeFile::kTOO_LARGE);
+    EXPECT_EQ(reason, "it holds more than 4294967296 bytes");
+    EXPECT_LT(text.capacity(), 1'000U);
+}
+
 TEST_F(FilteringStream, AWholeFileStopsAtTheLimit) {
     const std::string name = file(gzipped(std::string(1'000'000, 'a'))); // about a kilobyte, packed
     std::string text;
@@ -311,4 +333,5 @@ TEST_F(FilteringStream, AWholeFileStopsAtTheLimit) {
     EXPECT_EQ(text, "");
     EXPECT_EQ(readWholeFile(file(plain("abc")), &text, &reason, 2), WholeFile::kTOO_LARGE);
     EXPECT_EQ(readWholeFile(file({}), &text, &reason, 0), WholeFile::kREAD);
+    EXPECT_EQ(readWholeFile(name, &text, &reason, UINT64_MAX), WholeFile::kREAD);
 }
