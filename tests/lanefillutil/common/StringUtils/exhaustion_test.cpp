@@ -21,16 +21,16 @@ public:
 
 } // namespace
 
-// The allocator of this whole test program.
-void* operator new(size_t size) {
+// The allocator of this whole test program; not inlined, or the compiler sees free() beside new.
+[[gnu::noinline]] void* operator new(size_t size) {
     void* block = size > gAllocationLimit ? nullptr : std::malloc(size);
     if (block == nullptr) throw std::bad_alloc();
     return block;
 }
-void operator delete(void* block) noexcept {
+[[gnu::noinline]] void operator delete(void* block) noexcept {
     std::free(block);
 }
-void operator delete(void* block, size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* block, size_t) noexcept {
     std::free(block);
 }
 
