@@ -5,7 +5,7 @@
 #include "DeviceTableUtils/device_table.h"
 #include "SystemUtils/memory.h"
 
-#include <cctype>
+#include <string_view>
 
 using namespace memdata;
 
@@ -13,10 +13,14 @@ namespace {
 
 constexpr char kPREFIX_LETTER = 't'; // of the maker; long names begin with it
 
+char lowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+// Names of the table are in lower case.
 bool beginsWith(const char* name, std::string_view tableName) {
     for (char expected : tableName)
-        if (std::tolower(static_cast<unsigned char>(*name++)) != std::tolower(static_cast<unsigned char>(expected)))
-            return false; // also at the end of the asked name
+        if (lowerCase(*name++) != expected) return false; // also at the end of the asked name
     return true;
 }
 
@@ -37,15 +41,11 @@ TarselDeviceType* get_device_record_by_name(const char* name) {
     // The names are read from the rows, in the order of an iteration: only the record that is found is filled.
     size_t found = kDEVICE_COUNT;
     size_t foundLength = 0;
-    for (size_t index = 0; index < kDEVICE_COUNT; ++index) {
-        const TableRow row = tableRow(index);
-        anyName(row.longNames, row.hasShortNames, [&](std::string_view tableName) {
-            if (tableName.size() <= foundLength || !beginsWith(name, tableName)) return false;
-            found = index;
-            foundLength = tableName.size();
-            return false;
-        });
-    }
+    everyName([&](size_t index, std::string_view tableName) {
+        if (tableName.size() <= foundLength || !beginsWith(name, tableName)) return;
+        found = index;
+        foundLength = tableName.size();
+    });
     return found == kDEVICE_COUNT ? nullptr : expandedDeviceRecord(found);
 }
 

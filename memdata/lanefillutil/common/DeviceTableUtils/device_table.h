@@ -39,6 +39,22 @@ bool anyName(const char* longNames, bool hasShortNames, Visit&& visit) {
     return false;
 }
 
+// Calls visit(index, name) for every name of the table in order.
+template<class Visit>
+void everyName(Visit&& visit) {
+    size_t index = 0;
+    const auto visitRow = [&](const auto& row) {
+        anyName(row.longNames, row.hasShortNames, [&](std::string_view name) {
+            visit(index, name);
+            return false;
+        });
+        ++index;
+    };
+    for (const GenericRow& row : kGENERIC_ROWS) visitRow(row);
+    for (const FamilyRows& family : kFAMILY_ROWS)
+        for (const DeviceRow& row : family.rows) visitRow(row);
+}
+
 } // namespace memdata
 
 #endif
