@@ -4,6 +4,7 @@
 
 #include "ParseUtils/preprocessor.h"
 #include "ParseUtils/scanner.h"
+#include "ParseUtils/scanner_parts.h"
 #include "StringUtils/StringUtils.h"
 #include "SystemUtils/SystemUtils.h"
 #include "platform/ComMsgMgr.h"
@@ -17,7 +18,9 @@ namespace {
 
 constexpr int kNO_PATH = 1;
 constexpr int kSYNTAX = 3;
-constexpr u32 kPATH_MODES = kMODE_RAW_BACKSLASH | kMODE_WHITESPACE | kMODE_LINE_ENDS | kMODE_NO_DIRECTIVES; // 142
+// Inside macros too, so that a path reads there as it does elsewhere.
+constexpr u32 kPATH_MODES =
+    kMODE_RAW_BACKSLASH | kMODE_WHITESPACE | kMODE_LINE_ENDS | kMODE_NO_DIRECTIVES | kMODE_MACRO_LAYOUT;
 
 constexpr const token_type* kNAMES[] = {
     &kNUMBER, &kIDENTIFIER_TOKEN, &kQUOTED_STRING_TOKEN, &kUNARY_NEGATION, &kWILD_FILENAME_TOKEN, nullptr};
@@ -122,7 +125,10 @@ int read_path_text(parse_stream* stream, token_element* token, bool skipFirst, b
     PathType path{stream, token, OwnedString(), nullptr};
     if (int status = read_path(&path, skipFirst, quiet); status != 0) return status;
     *name = std::move(path.name);
-    return overlay.close();
+    if (int status = overlay.close(); status != 0) return status;
+    // A word that touches the path was read as a name.
+    memdata::lookUpAgain(stream, token);
+    return 0;
 }
 
 } // namespace

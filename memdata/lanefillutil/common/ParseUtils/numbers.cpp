@@ -68,9 +68,11 @@ struct WholePartType {
             exact = exact << 4 | digit;
         } else if (!isRounded && exact <= (UINT64_MAX - digit) / radix) {
             exact = exact * radix + digit;
-        } else {
-            rounded = (isRounded ? rounded : static_cast<long double>(exact)) * radix + digit;
+        } else if (!isRounded) {
+            rounded = static_cast<long double>(exact) * radix + digit;
             isRounded = true;
+        } else if (!std::isinf(rounded)) { // arithmetic with infinities is slow, and a text can hold a million digits
+            rounded = rounded * radix + digit;
         }
     }
     long double value() const { return isRounded ? rounded : static_cast<long double>(exact); }
@@ -87,10 +89,10 @@ DigitsType read_digits(const NumberTextType& text, u32 from, u32 radix) {
         const u32 digit = digit_value(c);
         if (digit < radix) {
             ++result.digits;
-            if (result.isFloat)
-                fraction += digit / (scale *= radix);
-            else
+            if (!result.isFloat)
                 whole.append(digit, radix);
+            else if (!std::isinf(scale))
+                fraction += digit / (scale *= radix);
         } else if (c == '.' && !result.isFloat) {
             result.isFloat = true;
         } else {

@@ -71,9 +71,9 @@ const char* end_of_word(parse_stream* context) {
 }
 
 // The sets of this context and of those below, up to the first without one.
-u32 look_up_keyword(parse_stream* context, const char* text, u32 length, token_element* token) {
+u32 look_up_keyword(parse_stream* context, const char* text, const char* end, u32 length, token_element* token) {
     for (parse_stream* at = context; at != nullptr && at->keywords != nullptr; at = at->keywordsBelow) {
-        const u32 used = lookupSymbol(at->keywords, text, context->textEnd, length, token);
+        const u32 used = lookupSymbol(at->keywords, text, end, length, token);
         if (used != 0) return used;
     }
     return 0;
@@ -85,7 +85,7 @@ int scan_word(parse_stream* context, token_element* token) {
     if (!context->noKeywordLookup && length <= kMAX_TOKEN_BYTES) {
         const auto wordLength = static_cast<u32>(length);
         u32 used = lookupSymbol(&builtin_keywords_set, text, context->textEnd, wordLength, token);
-        if (used == 0) used = look_up_keyword(context, text, wordLength, token);
+        if (used == 0) used = look_up_keyword(context, text, context->textEnd, wordLength, token);
         if (used != 0) {
             context->position += used;
             return 0;
@@ -127,7 +127,7 @@ int scan_line_end(parse_stream* context, token_element* token) {
 }
 
 int scan_symbol(parse_stream* context, token_element* token) {
-    const u32 used = look_up_keyword(context, context->position, 1, token);
+    const u32 used = look_up_keyword(context, context->position, context->textEnd, 1, token);
     if (used != 0) {
         context->position += used;
         return 0;
@@ -175,6 +175,12 @@ int scan_token(parse_stream* context, token_element* token) {
 
 int memdata::refuseLongToken(parse_stream* context, const token_element* token) {
     return PrintErrorLocation(context, kERROR_TOKEN_TOO_LONG, 3, token, kMAX_TOKEN_BYTES);
+}
+
+void memdata::lookUpAgain(parse_stream* stream, token_element* token) {
+    parse_stream* context = activeContext(stream);
+    if (token->type != &kIDENTIFIER_TOKEN || context->noKeywordLookup) return;
+    look_up_keyword(context, token->text, token->text + token->length, token->length, token);
 }
 
 int parse_token(parse_stream* stream, token_element* token) {
