@@ -117,7 +117,7 @@ TEST_F(Journal, ALogThatCanNotBeWrittenIsReportedAndHarmsNothing) {
     const std::string name = folder.file("full.log");
     std::filesystem::create_symlink("/dev/full", name);
     EXPECT_EQ(openLog(name), 0);
-    const std::string line(60000, 'x');
+    const std::string line(60000, '~'); // a sign that no file name here has
     for (int i = 0; i < 4; ++i) EXPECT_EQ(PutNextLine(&StandardOut, "%s", line), 0);
     CloseJournalingFile();
     EXPECT_EQ(StandardLog, nullptr);
@@ -126,7 +126,7 @@ TEST_F(Journal, ALogThatCanNotBeWrittenIsReportedAndHarmsNothing) {
     ASSERT_NE(alert, text.npos);
     EXPECT_NE(text.find("'" + name + "' can not be created"), text.npos);
     EXPECT_EQ(text.find("ERROR", alert + 1), text.npos); // once
-    EXPECT_EQ(std::ranges::count(text, 'x'), 4 * 60000 + 1 * std::ranges::count(std::string("exists"), 'x'));
+    EXPECT_EQ(std::ranges::count(text, '~'), 4 * 60000);
 }
 
 // Outside of the fixture: each round is an engine lifetime of its own.
