@@ -15,7 +15,8 @@ constexpr unsigned kTRANSLATION_FLAGS = 1;
 constexpr unsigned kSOURCE_UNIT_BITS = 8;
 constexpr unsigned kNO_SWAP = 0;
 
-int fillLane(const char* fileName, BitLaneGridElemType* element, const DataFileSectionTypeX<unsigned long>& section) {
+int storeSection(
+    const char* fileName, BitLaneGridElemType* element, const DataFileSectionTypeX<unsigned long>& section) {
     BitLaneType* lane = element->lane;
     const AddressSpaceDefType* space = lane->addressSpace;
     const bool wordAddressing = space->ranges != nullptr && space->ranges->wordAddressing;
@@ -25,15 +26,15 @@ int fillLane(const char* fileName, BitLaneGridElemType* element, const DataFileS
     u64 count = 0;
     calculate_starting_bitLane_offset_positions(
         wordAddressing, 0, deviceBytes - 1, 1, element->laneWidth, section.address, &word, &count);
+    if (count == 0) return 0; // the section lies outside of the memory
     if (int status = initialize_bitLane_transform_positions(fileName, element, word, section.address); status != 0)
         return status;
 
     BufferChunkAccess source =
         BufferChunkAccess::OverWholeBuffer(section.data, section.bitCount, kDATA_ORDER, 0, kSOURCE_UNIT_BITS);
     EndianConvert::UInt128 ignored{0, 0};
-    for (;
-         count > 0 && source.GetNumberBufferBitsRemaining() > 0 && lane->dataChunks->GetNumberBufferBitsRemaining() > 0;
-         --count)
+    // On purpose up to the memory's end, also behind the source: the words there keep what they hold.
+    for (; count > 0 && lane->dataChunks->GetNumberBufferBitsRemaining() > 0; --count)
         transform_bitLane_value(element, kNO_SWAP, &source, &ignored);
     return 0;
 }
@@ -51,17 +52,25 @@ int fillFromInitFile(BitLaneGridElemType* element, const char* macroDefines) {
     if (int status = open_data_file(lane->initFile, macroDefines, kTRANSLATION_FLAGS, &opened); status != 0)
         return status;
     const std::unique_ptr<LNF_DataFile> file(opened);
+    return memdata::fillLane(element, file.get());
+}
+
+} // namespace
+
+namespace memdata {
+
+int fillLane(BitLaneGridElemType* element, LNF_DataFile* file) {
     int status = 0;
     for (unsigned long i = 0; status == 0 && i < file->GetProgramSectionCount(); ++i) {
         DataFileSectionTypeX<unsigned long> section{};
         status = file->GetProgramSectionData(i, &section);
-        if (status == 0) status = fillLane(file->GetDataFileName(), element, section);
-        dropCursors(lane);
+        if (status == 0) status = storeSection(file->GetDataFileName(), element, section);
+        dropCursors(element->lane);
     }
     return status;
 }
 
-} // namespace
+} // namespace memdata
 
 int transform_auto_data_files(AddressMappingType* mapping, const char* macroDefines) {
     for (BitLaneGridElemType* element = mapping->initLanes; element != nullptr; element = element->lane->nextInitLane)
