@@ -278,11 +278,15 @@ AddressMapType* TestMap::currentMap_(bool isTemplate) {
 
 BusBlockType* TestMap::makeBlock_(
     AddressSpaceDefType* space, MEMORYLocType* memory, const std::string& text, u64 next) {
+    const std::vector<LaneText> texts = read_block(text);
+    std::vector<MEMORYLocType*> memories; // texts that cannot be read throw here, ahead of the first record
+    for (const LaneText& lane : texts) memories.push_back(lane.memory.empty() ? memory : memory_(lane.memory));
+
     std::vector<BitLaneGridElemType*> lanes, eccLanes;
     BusBlockType* block = made(create_busBlock_element(0, 0));
-    for (const LaneText& lane : read_block(text)) {
-        MEMORYLocType* ownMemory = lane.memory.empty() ? memory : memory_(lane.memory);
-        BitLaneGridElemType* element = make_lane(space, ownMemory, lane, next);
+    for (size_t i = 0; i < texts.size(); ++i) {
+        const LaneText& lane = texts[i];
+        BitLaneGridElemType* element = make_lane(space, memories[i], lane, next);
         (lane.eccType == kECC_NONE ? lanes : eccLanes).push_back(element);
         if (block->laneListOrder == kBitLaneListOrderNone) {
             block->laneListOrder = lane.eccType == kECC_NONE ? kBitLaneListOrderDataFirst : kBitLaneListOrderEccFirst;
