@@ -97,7 +97,7 @@ int parse_filtered_token(parse_stream* stream, token_element* token) {
 
 int get_next_token(parse_stream* stream, token_element* token) {
     int status = internal_get_next_token(stream, token);
-    while (status == 0 && token->type != &kEND_OF_FILE && test_parse_modes(stream, kMODE_DISCARD, true))
+    while (status == 0 && has_mode(activeContext(stream), kMODE_DISCARD) && token->type != &kEND_OF_FILE)
         status = internal_get_next_token(stream, token);
     return status;
 }

@@ -192,8 +192,9 @@ int parse_token(parse_stream* stream, token_element* token) {
 }
 
 int parse_next_token(parse_stream* stream, token_element* token) {
-    if (retrive_next_queued_token(stream, token)) return 0;
-    const int pending = std::exchange(activeContext(stream)->pendingStatus, 0);
+    parse_stream* context = activeContext(stream);
+    if (context->lookAhead->depth != 0 && retrive_next_queued_token(stream, token)) return 0;
+    const int pending = std::exchange(context->pendingStatus, 0);
     return pending != 0 ? pending : parse_token(stream, token);
 }
 

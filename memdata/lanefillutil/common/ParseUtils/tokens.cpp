@@ -101,6 +101,13 @@ void fail_text(token_element* token) {
 }
 
 int copy_text(token_element* token, const char* text, u64 length) {
+    // Nearly every text of a token of the pool fits the kept buffer.
+    if (length <= token->capacity && token->text == token->buffer && token->buffer != nullptr) {
+        std::memmove(token->buffer, text, length);
+        token->buffer[length] = '\0';
+        token->length = static_cast<u32>(length);
+        return 0;
+    }
     char* room = room_for_text(token, length);
     if (room == nullptr) {
         fail_text(token);
