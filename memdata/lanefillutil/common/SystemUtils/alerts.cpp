@@ -10,7 +10,9 @@
 #include <bit>
 #include <iterator>
 #include <new>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -70,6 +72,21 @@ void print_with_deferred(const std::string& text) {
     if (!deferred.empty()) output_alert(deferred);
 }
 
+// Tokens of line ends and file ends have texts that say nothing when printed. Alerts name them.
+const char* readable_text(const char* text) {
+    if (text == nullptr) return nullptr;
+    const std::string_view view(text);
+    if (view == "\n") return "end-of-line";
+    return view == "\xFF" ? "end-of-file" : text;
+}
+
+std::vector<memdata::FormatArgument> readable_arguments(std::span<const memdata::FormatArgument> arguments) {
+    std::vector<memdata::FormatArgument> readable(arguments.begin(), arguments.end());
+    for (memdata::FormatArgument& argument : readable)
+        if (argument.kind == memdata::FormatArgument::kTEXT) argument.text = readable_text(argument.text);
+    return readable;
+}
+
 } // namespace
 
 u32 gEnablePrintAlerts = kSTANDARD_ALERTS;
@@ -99,7 +116,7 @@ std::string CreateWrappedAlertMsg(
                       ? memdata::formatted("%s:%s - ", severity_name(severity), GetSystemToolName())
                       : memdata::formatted("%s:%s:%ld - ", severity_name(severity), GetSystemToolName(), number);
     }
-    if (text != nullptr) wrapped += memdata::formatText(text, arguments);
+    if (text != nullptr) wrapped += memdata::formatText(text, readable_arguments(arguments));
     wrapped += '\n';
     return wrapped;
 }

@@ -77,7 +77,8 @@ std::string CreateAlertMsg(const memdata::AlertPlace& place, u32 severity, u32 n
     std::span<const memdata::FormatArgument> arguments);
 
 // The message with its prefix and a newline. The prefix is "%s:%s:%ld - " of severity, tool name and number,
-// "%s:%s - " for number 0; a STATUS has none.
+// "%s:%s - " for number 0; a STATUS has none. An argument that is the text of a line end or of the end of a file, as
+// tokens have it ("\n", "\xFF"), reads "end-of-line" or "end-of-file".
 std::string CreateWrappedAlertMsg(
     u32 severity, u32 number, const char* text, std::span<const memdata::FormatArgument> arguments);
 

@@ -160,6 +160,11 @@ TEST_F(Alerts, AnArgumentWithAPercentSignOrABackslashPrintsAsItStands) {
     EXPECT_EQ(alerts.text(), "\nERROR:Lanefill:55 - A null file name was given for a '100%s\\n' file.\n\n");
 }
 
+TEST_F(Alerts, TheTextsOfLineAndFileEndsAreNamed) {
+    EXPECT_EQ(CreateWrappedAlertMsg(kSTATUS_ALERT, 11, "'%s' '%s' '%s'", memdata::formatArguments("\n", "\xFF", "a\n")),
+        "'end-of-line' 'end-of-file' 'a\n'\n");
+}
+
 TEST_F(Alerts, ANullTextArgumentPrintsAsNull) {
     CapturedAlerts alerts;
     PrintError(kERROR_EMPTY_FILE_NAME, 1, nullptr);
