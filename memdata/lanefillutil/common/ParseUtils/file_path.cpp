@@ -58,8 +58,14 @@ int append_names(PathType* path) {
     return status;
 }
 
+// The host's messages do not know the texts of line and file ends.
+const char* readable_text(const token_element* token) {
+    if (token->type == &kEND_OF_LINE) return "end-of-line";
+    return token->type == &kEND_OF_FILE ? "end-of-file" : token->text;
+}
+
 int report_symbol(parse_stream* stream, const token_element* token) {
-    ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-206@%s", token->text);
+    ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-206@%s", readable_text(token));
     if (HPAParamMgr::getParamMgr().getValueIfExistAsBool("memdata.debugLegacyMessages", false))
         PrintErrorLocation(stream, kERROR_ILLEAGAL_FILE_OR_PATH_SYMBOL, kSYNTAX, token, token->text);
     return kSYNTAX;

@@ -192,7 +192,8 @@ TEST_F(ExpressionRules, ATextThatEndsInTheExpressionIsRefused) {
     long double value = 0;
     CapturedAlerts alerts;
     EXPECT_EQ(Get_Expression_Value(text, text.token(), &value, kRANGE_ENDS), 3);
-    EXPECT_NE(alerts.text().find("'expression operator' expected."), std::string::npos);
+    EXPECT_EQ(alerts.text(), "\nERROR:Lanefill:6 - Illegal token 'end-of-file', 'expression operator' expected.\n"
+                             "   Line #1, File \"text.bmm\".\n\n");
 }
 
 TEST(BinaryOperators, ShiftsWorkOnSignedIntegers) {

@@ -1,7 +1,8 @@
 // file_path_test.cpp - file names in a text.
 // SPDX-License-Identifier: Apache-2.0
-#include "StringUtils/StringUtils.h"
+#include "hosts/standalone/parameters.h"
 #include "support/alerts.h"
+#include "support/host_messages.h"
 #include "support/parse.h"
 
 #include <cstring>
@@ -9,6 +10,7 @@
 
 using namespace memdata;
 using memdata::testing::CapturedAlerts;
+using memdata::testing::CapturedMessages;
 using memdata::testing::TextReader;
 using memdata::testing::tokenText;
 
@@ -133,13 +135,36 @@ TEST_F(FilePath, AKeywordThatTouchesThePathIsAKeyword) {
     EXPECT_EQ(read("\"a.mem\"RAM"), "a.mem then other(RAM)");
 }
 
-TEST_F(FilePath, AMissingPathIsReportedUnlessQuiet) {
-    TextReader quiet("= ;");
+TEST_F(FilePath, AMissingPathIsReportedToTheHost) {
+    CapturedMessages messages;
     CapturedAlerts alerts;
-    EXPECT_EQ(read(quiet, true), "status 1");
-    EXPECT_EQ(alerts.text(), "");
     EXPECT_EQ(read(";"), "status 3");
     EXPECT_EQ(read(""), "status 3");
+    EXPECT_EQ(messages.text(), "ERROR 28-206 ;\nERROR 28-206 end-of-file\n");
+    EXPECT_EQ(alerts.text(), "");
+}
+
+TEST_F(FilePath, AMissingPathIsAnAlertTooUnderTheLegacyParameter) {
+    auto& parameters = dynamic_cast<StandaloneParameters&>(HPAParamMgr::getParamMgr());
+    parameters.setValue("memdata.debugLegacyMessages", true);
+    CapturedMessages messages;
+    CapturedAlerts alerts;
+    EXPECT_EQ(read(";"), "status 3");
+    parameters.setValue("memdata.debugLegacyMessages", false);
+    EXPECT_EQ(alerts.text(),
+        "\nERROR:Lanefill:37 - Illegal file or path name symbol ';'.\n"
+        "   Line #1, File \"text.bmm\".\n"
+        "= ;\n"
+        "  ^\n\n");
+}
+
+TEST_F(FilePath, AMissingPathIsSilentOnDemand) {
+    TextReader text("= ;");
+    CapturedMessages messages;
+    CapturedAlerts alerts;
+    EXPECT_EQ(read(text, true), "status 1");
+    EXPECT_EQ(messages.text(), "");
+    EXPECT_EQ(alerts.text(), "");
 }
 
 TEST_F(FilePath, AVolumeAloneIsNoPath) {
