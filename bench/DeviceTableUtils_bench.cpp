@@ -25,7 +25,7 @@ BENCHMARK_CAPTURE(deviceByName, unknown, "zz1000");
 void expandDevice(benchmark::State& state, const char* name) {
     const memdata::DeviceRow* row = nullptr;
     for (size_t i = 0; i < memdata::kDEVICE_COUNT; ++i)
-        if (std::string_view(memdata::tableRow(i).longNames) == name) row = memdata::tableRow(i).geometry;
+        if (std::string_view(memdata::tableRow(i).longNames) == name) row = &memdata::tableRow(i).geometry;
     for (auto _ : state) benchmark::DoNotOptimize(memdata::expandLocationArrays(*row));
 }
 BENCHMARK_CAPTURE(expandDevice, smallest, "tq7a5");

@@ -6,7 +6,7 @@
 #include "SystemUtils/lifetime.h"
 
 #include <algorithm>
-#include <cstdarg>
+#include <charconv>
 #include <iterator>
 #include <string_view>
 
@@ -16,16 +16,18 @@ namespace {
 constexpr int kNO_SUCH_DEVICE = 14;
 constexpr u32 kDRAWN_ROWS = 32; // lines that a drawing aims at where the device is not cut in groups of rows
 
-#if defined(__GNUC__)
-__attribute__((format(printf, 2, 3)))
-#endif
-void append(std::string& text, const char* format, ...) {
-    char line[256];
-    std::va_list arguments;
-    va_start(arguments, format);
-    const int length = std::vsnprintf(line, sizeof line, format, arguments);
-    va_end(arguments);
-    text.append(line, static_cast<size_t>(std::clamp(length, 0, static_cast<int>(sizeof line) - 1)));
+std::string number(u64 value) {
+    return std::to_string(value);
+}
+
+// Padded with blanks to a width, on the right or on the left.
+std::string left(std::string text, size_t width) {
+    text.resize(std::max(width, text.size()), ' ');
+    return text;
+}
+
+std::string right(const std::string& text, size_t width) {
+    return std::string(width - std::min(width, text.size()), ' ') + text;
 }
 
 // The memory that the rows and columns of the record count.
@@ -43,10 +45,10 @@ std::string memoriesText(const TarselDeviceType* device) {
     for (const MEMORYLocType& memory : device->memoryLocs) {
         if (memory.type == nullptr) break;
         if (memory.type->sizeUnits == sizeUnits)
-            append(text, " or %s", memory.type->name);
+            text += " or ";
         else
-            append(text, "%s%u %s", text.empty() ? "" : ", ", count_existent_BRAM_type(device, &memory),
-                memory.type->name);
+            text += (text.empty() ? "" : ", ") + number(count_existent_BRAM_type(device, &memory)) + " ";
+        text += memory.type->name;
         sizeUnits = memory.type->sizeUnits;
     }
     return text;
@@ -54,18 +56,17 @@ std::string memoriesText(const TarselDeviceType* device) {
 
 // "16.4" megabytes; "-" where the stream's length is not known.
 std::string streamText(const TarselDeviceType* device) {
-    std::string text;
     const u64 bytes = frameDataBytes(device);
     if (bytes == 0) return "-";
-    append(text, bytes < 10'000'000 ? "%.2f" : "%.1f", static_cast<double>(bytes) / 1e6);
-    return text;
+    char digits[32];
+    const auto [end, status] = std::to_chars(std::begin(digits), std::end(digits), static_cast<double>(bytes) / 1e6,
+        std::chars_format::fixed, bytes < 10'000'000 ? 2 : 1);
+    return {std::begin(digits), end};
 }
 
 std::string framesText(const TarselDeviceType* device) {
-    std::string text;
-    append(text, "%u", device->clbFrameBits);
-    if (device->bramFrameBits != device->clbFrameBits) append(text, "/%u", device->bramFrameBits);
-    return text;
+    if (device->bramFrameBits == device->clbFrameBits) return number(device->clbFrameBits);
+    return number(device->clbFrameBits) + "/" + number(device->bramFrameBits);
 }
 
 // Rows of locations on one line of a drawing: a group of the device, else as many as keep the drawing short, whole
@@ -77,9 +78,7 @@ u32 drawnRows(const TarselDeviceType* device) {
 }
 
 std::string rowsLabel(u32 first, u32 last) {
-    std::string text;
-    append(text, first == last ? "Y%u" : "Y%u to %u", first, last);
-    return text;
+    return "Y" + number(first) + (first == last ? "" : " to " + number(last));
 }
 
 // # all memories of a column's rows are there, + some, . none
@@ -101,21 +100,21 @@ std::string drawing(const TarselDeviceType* device) {
     std::string text;
     for (u32 first = (device->logicalRows - 1) / step * step;; first -= step) {
         const u32 last = std::min(first + step, device->logicalRows) - 1;
-        append(text, "  %-16s  ", rowsLabel(first, last).c_str());
+        text += "  " + left(rowsLabel(first, last), 18);
         for (u32 column = 0; column < device->logicalColumns; ++column)
             text += drawnColumn(device, memory, first, last, column);
         text += '\n';
         if (first == 0) break;
     }
-    append(text, "\n  A character for each column, X0 to X%u: # all %s are there, + some, . none.\n",
-        device->logicalColumns - 1, memory.type->name);
-    return text;
+    return text + "\n  A character for each column, X0 to X" + number(device->logicalColumns - 1) + ": # all " +
+           memory.type->name + " are there, + some, . none.\n";
 }
 
 std::string namesText(const TarselDeviceType* device) {
     std::string text;
-    for (const char* const* name = device->names; *name != nullptr; ++name) text += std::string(" ") + *name;
-    return text.substr(1);
+    for (const char* const* name = device->names; *name != nullptr; ++name)
+        text += (text.empty() ? "" : " ") + std::string(*name);
+    return text;
 }
 
 int unknownWord(std::string_view word) {
@@ -145,34 +144,35 @@ std::vector<const TarselDeviceType*> everyDevice() {
 }
 
 std::string deviceTable(std::span<const TarselDeviceType* const> devices) {
-    std::string text;
-    append(text, "%-9s %-14s %-45s %11s %9s\n", "device", "family", "block RAM", "frame bits", "stream MB");
+    const auto line = [](const char* name, const char* family, const std::string& memories, const std::string& frames,
+                          const std::string& stream) {
+        return left(name, 10) + left(family, 15) + left(memories, 45) + right(frames, 12) + right(stream, 10) + "\n";
+    };
+    std::string text = line("device", "family", "block RAM", "frame bits", "stream MB");
     for (const TarselDeviceType* device : devices)
-        append(text, "%-9s %-14s %-45s %11s %9s\n", deviceName(device), device->family->name,
-            memoriesText(device).c_str(), framesText(device).c_str(), streamText(device).c_str());
+        text += line(
+            deviceName(device), device->family->name, memoriesText(device), framesText(device), streamText(device));
     return text;
 }
 
 std::string deviceDetails(const TarselDeviceType* device) {
-    std::string text;
-    const MEMORYLocType& memory = countedMemory(device);
-    append(text, "%s, family %s%s\n\n", deviceName(device), device->family->name,
-        device->isListed ? "" : ", not in short listings");
-    text += "  names             " + namesText(device) + "\n";
-    text += "  block RAM         " + memoriesText(device) + "\n";
-    append(text, "  locations         %u rows, %u columns of %s\n", device->logicalRows, device->logicalColumns,
-        memory.type->name);
-    append(text, "  configuration     %u columns of %u, %llu bytes in all", device->physicalColumns,
-        device->physicalRows, static_cast<unsigned long long>(blockRamBytes(device)));
-    append(text, device->dieCount == 0 ? "\n" : ", on %u dice\n", device->dieCount);
-    append(text, "  frame             %s bits, %u of them padding at the head\n", framesText(device).c_str(),
-        device->framePadBits);
-    if (device->bramFrameOffset == 0)
-        text += "  block RAM offset  none: columns in bursts of their own, or not known\n";
-    else
-        append(text, "  block RAM offset  %u frames\n", device->bramFrameOffset);
-    text += "  stream            " + streamText(device) + (frameDataBytes(device) == 0 ? "\n\n" : " MB\n\n");
-    return text + drawing(device);
+    std::string text = std::string(deviceName(device)) + ", family " + device->family->name +
+                       (device->isListed != 0 ? "" : ", not in short listings") + "\n\n";
+    const auto fact = [&text](const char* label, const std::string& value) {
+        text += "  " + left(label, 18) + value + "\n";
+    };
+    fact("names", namesText(device));
+    fact("block RAM", memoriesText(device));
+    fact("locations", number(device->logicalRows) + " rows, " + number(device->logicalColumns) + " columns of " +
+                          countedMemory(device).type->name);
+    fact("configuration", number(device->physicalColumns) + " columns of " + number(device->physicalRows) + ", " +
+                              number(blockRamBytes(device)) + " bytes in all" +
+                              (device->dieCount == 0 ? "" : ", on " + number(device->dieCount) + " dice"));
+    fact("frame", framesText(device) + " bits, " + number(device->framePadBits) + " of them padding at the head");
+    fact("block RAM offset", device->bramFrameOffset == 0 ? "none: columns in bursts of their own, or not known"
+                                                          : number(device->bramFrameOffset) + " frames");
+    fact("stream", streamText(device) + (frameDataBytes(device) == 0 ? "" : " MB"));
+    return text + "\n" + drawing(device);
 }
 
 int runDevicesCommand(std::span<char* const> words) {

@@ -26,37 +26,36 @@ constexpr TypeList kTYPE_LISTS[] = {
     {{&D6RAMB8_BRAM, &D6RAMB9_BRAM, &D6RAMB16_BRAM, &D6RAMB18_BRAM}},
 };
 
-size_t genericGeometryIndex() {
-    size_t index = kGENERIC_ROWS.size();
-    for (const FamilyRows& family : kFAMILY_ROWS)
-        for (const DeviceRow& row : family.rows) {
-            if (std::string_view(row.longNames) == kGENERIC_GEOMETRY) return index;
-            ++index;
-        }
-    return 0; // unreachable with the data as it is tested
-}
+// The row behind a record that is not generic, and its family.
+struct FamilyRow {
+    const TarselFamilyType& family;
+    const DeviceRow& row;
+};
 
-TableRow familyRow(size_t index) {
+FamilyRow familyRow(size_t index) {
     size_t left = index - kGENERIC_ROWS.size();
     for (const FamilyRows& family : kFAMILY_ROWS) {
-        if (left < family.rows.size()) {
-            const DeviceRow& row = family.rows[left];
-            return {&row, family.family, row.longNames, row.hasShortNames, row.isListed, index};
-        }
+        if (left < family.rows.size()) return {*family.family, family.rows[left]};
         left -= family.rows.size();
     }
-    return {};
+    return {*kFAMILY_ROWS.back().family, kFAMILY_ROWS.back().rows.back()}; // not reached below kDEVICE_COUNT
+}
+
+size_t genericGeometryIndex() {
+    size_t index = kGENERIC_ROWS.size();
+    while (index + 1 < kDEVICE_COUNT && std::string_view(familyRow(index).row.longNames) != kGENERIC_GEOMETRY) ++index;
+    return index;
 }
 
 void fillRecord(TarselDeviceType& record, const TableRow& table) {
-    const DeviceRow& row = *table.geometry;
+    const DeviceRow& row = table.geometry;
     size_t names = 0;
     anyName(table.longNames, table.hasShortNames, [&](std::string_view name) {
         record.names[names++] = name.data(); // a literal, so it ends with a null character
         return names + 1 >= std::size(record.names);
     });
     record.isListed = table.isListed;
-    record.family = table.family;
+    record.family = &table.family;
     record.logicalRows = row.logicalRows;
     record.physicalRows = row.physicalRows;
     record.logicalColumns = row.logicalColumns;
@@ -78,10 +77,13 @@ void fillRecord(TarselDeviceType& record, const TableRow& table) {
 } // namespace
 
 TableRow tableRow(size_t index) {
-    if (index >= kGENERIC_ROWS.size()) return familyRow(index);
+    if (index >= kGENERIC_ROWS.size()) {
+        const auto& [family, row] = familyRow(index);
+        return {row, family, row.longNames, row.hasShortNames, row.isListed, index};
+    }
     const GenericRow& row = kGENERIC_ROWS[index];
     const size_t owner = genericGeometryIndex();
-    return {familyRow(owner).geometry, row.family, row.longNames, row.hasShortNames, false, owner};
+    return {familyRow(owner).row, *row.family, row.longNames, row.hasShortNames, false, owner};
 }
 
 TarselDeviceType* deviceRecord(size_t index) {
@@ -95,7 +97,7 @@ TarselDeviceType* expandedDeviceRecord(size_t index) {
     TarselDeviceType* record = deviceRecord(index);
     if (index >= kDEVICE_COUNT) return record;
     const TableRow row = tableRow(index);
-    const LocationArrays& arrays = locationArrays(row.owner, *row.geometry);
+    const LocationArrays& arrays = locationArrays(row.owner, row.geometry);
     for (MEMORYLocType& memory : record->memoryLocs) {
         if (memory.type == nullptr) break;
         const bool isLarge = memory.type->sizeUnits == arrays.largeSizeUnits;

@@ -11,8 +11,8 @@ namespace memdata {
 
 // A row of either kind.
 struct TableRow {
-    const DeviceRow* geometry;      // of the row itself, or the one that it borrows
-    const TarselFamilyType* family; // of the row itself
+    const DeviceRow& geometry;      // of the row itself, or the one that it borrows
+    const TarselFamilyType& family; // of the row itself
     const char* longNames;
     bool hasShortNames;
     bool isListed;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "DeviceTableUtils/cross_coordinates.h"
 
+#include "BmmUtils/model/creation.h"
 #include "DeviceTableUtils/locations.h"
 #include "SystemUtils/lifetime.h"
 #include "SystemUtils/memory.h"
@@ -365,6 +366,25 @@ TEST_F(CrossCoordinates, AnswersEqualASlowSearchOnEveryDevice) {
 }
 
 // Memory.
+
+TEST_F(CrossCoordinates, TheTableGoesWithItsMapping) {
+    const u64 before = getCurrentMemoryUsage();
+    AddressMappingType* mapping =
+        create_addressMapping_element("top.bmm", get_device_record_by_name("tq7a5"), false, nullptr, nullptr);
+    ASSERT_NE(mapping, nullptr);
+    EXPECT_EQ(initialize_cross_coordinate_lookup_table(mapping), 0);
+    EXPECT_NE(mapping->scratch, nullptr);
+    delete_addressMapping(&mapping);
+    EXPECT_EQ(getCurrentMemoryUsage(), before);
+}
+
+TEST_F(CrossCoordinates, TheUsersTypesGoWithTheMapping) {
+    AddressMappingType* mapping =
+        create_addressMapping_element("top.bmm", get_device_record_by_name("tq7a5"), false, nullptr, nullptr);
+    get_MEMORY_type_from_token(nullptr, &kGENERIC_MEMORY_KEYWORD);
+    delete_addressMapping(&mapping);
+    EXPECT_EQ(get_MEMORY_extended_list()->next, nullptr);
+}
 
 TEST_F(CrossCoordinates, NoMemoryForTheTableIsStatus7) {
     Mapping mapping("tq7a5");
