@@ -142,7 +142,9 @@ TRANSFORM_BENCH(8x8_of_64, TransformPath::kBY_SHAPE, 8, 8, kECC_NONE, kDOWN, 0);
 TRANSFORM_BENCH(4x8_mirrored, TransformPath::kBY_SHAPE, 8, 4, kECC_NONE, kBIT_ORDERING_ASCENDING, 0);
 TRANSFORM_BENCH(8x8_hsiao_64_8, TransformPath::kBY_SHAPE, 8, 8, kECC_HSIAO64_8, kDOWN, 0);
 TRANSFORM_BENCH(4x9_parity, TransformPath::kBY_SHAPE, 8, 4, kECC_NONE, kDOWN, 1);
-BENCHMARK_CAPTURE(transformAgainstMemcpy, plain_8x4, Shape{4, 8, kECC_NONE, kDOWN, 0}, TransformPath::kPLAIN)
+TRANSFORM_BENCH(8x4_narrow, TransformPath::kBY_SHAPE, 4, 8, kECC_NONE, kDOWN, 0);
+TRANSFORM_BENCH(32x1_narrow, TransformPath::kBY_SHAPE, 1, 32, kECC_NONE, kDOWN, 0);
+BENCHMARK_CAPTURE(transformAgainstMemcpy, plain_4x12, Shape{12, 4, kECC_NONE, kDOWN, 0}, TransformPath::kPLAIN)
     ->Arg(1)
     ->Arg(8)
     ->Unit(benchmark::kMillisecond);
