@@ -8,6 +8,7 @@
 #include "SystemUtils/memory.h"
 #include "all_devices.h"
 #include "support/alerts.h"
+#include "support/parse.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -20,6 +21,7 @@ using memdata::physicalGridRows;
 using memdata::testing::allDevices;
 using memdata::testing::CapturedAlerts;
 using memdata::testing::memoriesOf;
+using memdata::testing::TextReader;
 
 struct LaneDeleter {
     void operator()(BitLaneType* lane) const { std::free(lane); }
@@ -217,6 +219,22 @@ TEST_F(CrossCoordinates, ALocationOutsideTheDeviceIsRefused) {
         "\nERROR:Lanefill:107 - Illegal attempt to LOC BRAM instance 'top/a' to 'X4294967295Y4294967295'.\n\n");
     EXPECT_EQ(mapping.record_lane(mapping.lane("top/a", "RAMB18", 0, 39)), 0);
     EXPECT_EQ(mapping.record_lane(mapping.lane("top/b", "RAMB18", 0, 40)), 3);
+}
+
+TEST_F(CrossCoordinates, RefusalsPointAtTheTokenWhenThereIsOne) {
+    Mapping mapping("tq7a5");
+    TextReader text("LOC = X0Y20");
+    text.next();
+    const Lane lane = mapping.lane("top/a", "RAMB36", 0, 20);
+    CapturedAlerts alerts;
+    EXPECT_EQ(record_bitLane_LOC_constraint(text, text.token(), &mapping.record, lane.get()), 3);
+    EXPECT_EQ(alerts.take(), "\nERROR:Lanefill:107 - Illegal attempt to LOC BRAM instance 'top/a' to 'X0Y20'.\n"
+                             "   Line #1, File \"text.bmm\".\nLOC = X0Y20\n^\n\n");
+    const Lane first = mapping.lane("top/a", "RAMB36", 0, 12);
+    const Lane second = mapping.lane("top/b", "RAMB36", 0, 12);
+    EXPECT_EQ(record_bitLane_LOC_constraint(text, text.token(), &mapping.record, first.get()), 0);
+    EXPECT_EQ(record_bitLane_LOC_constraint(text, text.token(), &mapping.record, second.get()), 3);
+    EXPECT_THAT(alerts.text(), ::testing::EndsWith("location.\n   Line #1, File \"text.bmm\".\nLOC = X0Y20\n^\n\n"));
 }
 
 TEST_F(CrossCoordinates, ARefusedRAMB4LocationReadsAsRowAndColumn) {
