@@ -129,6 +129,8 @@ inline constexpr int kNOT_WRITABLE = -1; // result of writing to a file that is 
 
 // The typed core of PutNextLine.
 int putFormatted(fileIODescriptor* file, const char* format, std::span<const FormatArgument> arguments);
+// Reads count bytes as they stand. Status 0, or as inputByte when they end before; those ahead of the end are read then.
+int inputBlock(fileIODescriptor* file, char* bytes, u64 count);
 // Writes bytes as they are in one block: no formatting, no newline translation. Status as outputByte.
 int outputBlock(fileIODescriptor* file, const char* bytes, u64 count);
 // Drops an unfinished file and nulls the pointer: an output leaves no trace, a file that it was to replace stays

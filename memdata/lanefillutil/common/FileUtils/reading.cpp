@@ -119,6 +119,14 @@ int refill(fileIODescriptor* file) {
     return file->eofState != 0 ? file->eofState : file->mover(file, 0);
 }
 
+// Status 0 when there is a byte at the position.
+int bringByte(fileIODescriptor* file) {
+    if (file->bufferPosition < file->textEnd) return 0;
+    if (int status = refill(file); status != 0) return status;
+    // What has just come may begin with the end mark.
+    return file->bufferPosition < file->textEnd ? 0 : kEND_MARK;
+}
+
 bool isEnd(int status) {
     return status == kEND_OF_CONTENTS || status == kEND_MARK;
 }
@@ -205,11 +213,23 @@ int memdata::primeDiskInput(fileIODescriptor* file, u64 size, bool sizeIsKnown) 
 
 int inputByte(fileIODescriptor* file) {
     if (refuseReading(file)) return kNOT_READABLE;
-    file->status = 0;
-    if (file->bufferPosition >= file->textEnd) file->status = refill(file);
-    // What has just come may begin with the end mark.
-    if (file->status == 0 && file->bufferPosition >= file->textEnd) file->status = kEND_MARK;
+    file->status = bringByte(file);
     return file->status != 0 ? file->status : static_cast<u8>(file->buffer[file->bufferPosition++]);
+}
+
+int memdata::inputBlock(fileIODescriptor* file, char* bytes, u64 count) {
+    if (refuseReading(file)) return kNOT_READABLE;
+    file->status = 0;
+    while (count > 0) {
+        file->status = bringByte(file);
+        if (file->status != 0) break;
+        const u64 taken = std::min(count, file->textEnd - file->bufferPosition);
+        std::memcpy(bytes, file->buffer + file->bufferPosition, taken);
+        file->bufferPosition += taken;
+        bytes += taken;
+        count -= taken;
+    }
+    return file->status;
 }
 
 char* GetNextTextLine(fileIODescriptor* file) {

@@ -245,6 +245,30 @@ TEST_F(Reading, InputLineNeedsRoom) {
     Close_File(&file);
 }
 
+TEST_F(Reading, ABlockReachesOverManyWindows) {
+    std::string contents(350'000, 'a');
+    for (size_t i = 0; i < contents.size(); ++i) contents[i] = static_cast<char>(i * 7 / 3);
+    fileIODescriptor* file = open(folder.write("a", contents), kBINARY_READ);
+    std::string block(349'999, '?');
+    EXPECT_EQ(static_cast<u8>(inputByte(file)), static_cast<u8>(contents[0]));
+    EXPECT_EQ(inputBlock(file, block.data(), block.size()), 0);
+    EXPECT_TRUE(block == contents.substr(1));
+    EXPECT_EQ(inputBlock(file, block.data(), 0), 0);
+    EXPECT_EQ(inputBlock(file, block.data(), 1), kEND_OF_CONTENTS);
+    Close_File(&file);
+}
+
+TEST_F(Reading, ABlockThatEndsEarlyHoldsWhatThereIs) {
+    fileIODescriptor* file = open(folder.write("a", "abc"), kBINARY_READ);
+    char block[6] = "-----";
+    EXPECT_EQ(inputBlock(file, block, 5), kEND_OF_CONTENTS);
+    EXPECT_STREQ(block, "abc--");
+    Close_File(&file);
+    file = open(folder.write("b", "ab\xFFz"), kTEXT_READ);
+    EXPECT_EQ(inputBlock(file, block, 5), kEND_MARK);
+    Close_File(&file);
+}
+
 TEST_F(Reading, AnOutputCanNotBeRead) {
     fileIODescriptor* file = open(folder.file("a"), kTEXT_WRITE);
     char buffer[4];
