@@ -49,9 +49,6 @@ int DoBITDump(fileSpecType*, fileSpecType*, u32, AddressMappingType*, BitFileHea
 
 namespace memdata {
 
-int deviceOfBitFile(fileSpecType*, TarselDeviceType**) {
-    return absent("read bit files");
-}
 int newDataFileReader(const fileSpecType*, LNF_DataFile**) {
     return absent("read data files");
 }

@@ -30,9 +30,6 @@ int DoBITDump(
 
 namespace memdata {
 
-// The device that a bit file's header names.
-int deviceOfBitFile(fileSpecType* bitFile, TarselDeviceType** device);
-
 // A reader of data files by the format code of a file; null and the status when there is none.
 int newDataFileReader(const fileSpecType* spec, LNF_DataFile** file);
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lanefillCore/driver.h"
 
+#include "BitFileUtils/bit_container.h"
 #include "BmmUtils/model/creation.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/absent_modules.h"
