@@ -94,20 +94,24 @@ bool string_may_follow(const parse_stream* context) {
     return *at == '"' || *at == '#' || (*at == '/' && at + 1 < context->textEnd && (at[1] == '/' || at[1] == '*'));
 }
 
-// The next queued token, from *index on, that is neither blank nor line end nor comment. Comments are read whole.
-const token_element* next_significant(parse_stream* stream, u32* index) {
-    for (;; ++*index) {
-        const token_element* token = look_ahead_stream_tokens(stream, *index);
+bool is_between_strings(const token_element* token) {
+    return token->type == &kWHITESPACE_TOKEN || token->type == &kEND_OF_LINE || token->type == &kCOMMENT_BLOCK_TOKEN;
+}
+
+// The next token that is neither blank nor line end nor comment; it stays queued, behind *passed others. Comments are
+// read whole. Null when a token can not be read.
+const token_element* next_significant(parse_stream* stream, u32* passed) {
+    parse_stream* context = activeContext(stream);
+    const token_element* token = context->lookAhead->head;
+    for (*passed = 0;; ++*passed, token = token->next) {
+        if (token == nullptr) token = look_ahead_stream_tokens(stream, context->lookAhead->depth);
         if (token == nullptr) return nullptr;
         if (token->type == &kC_PLUS_PLUS_COMMENT || token->type == &kSTART_C_COMMENT) {
-            parse_stream* context = activeContext(stream);
             // A comment's opening can only be the last that was read.
             context->pendingStatus = parseComment(context, context->lookAhead->tail);
             if (context->pendingStatus != 0) return nullptr;
-        } else if (token->type != &kWHITESPACE_TOKEN && token->type != &kEND_OF_LINE &&
-                   token->type != &kCOMMENT_BLOCK_TOKEN) {
-            return token;
         }
+        if (!is_between_strings(token)) return token;
     }
 }
 
@@ -148,12 +152,12 @@ int memdata::parseCharacterEscape(parse_stream* context, token_element* token, b
 
 int memdata::joinStrings(parse_stream* stream, token_element* token) {
     while (string_may_follow(activeContext(stream))) {
-        u32 index = 0;
-        const token_element* next = next_significant(stream, &index);
+        u32 passed = 0;
+        const token_element* next = next_significant(stream, &passed);
         if (next == nullptr || next->type != &kQUOTED_STRING_TOKEN) break;
         if (int status = cat_token_element(token, next, token->type); status != 0)
             return status == 3 ? refuseLongToken(activeContext(stream), token) : status;
-        drop_queued(stream, index + 1);
+        drop_queued(stream, passed + 1);
     }
     return 0;
 }

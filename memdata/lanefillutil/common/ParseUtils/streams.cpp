@@ -19,6 +19,7 @@ namespace {
 
 constexpr int kEMPTY_TEXT = 17;
 constexpr unsigned kMACRO_TABLE_SIZE = 1000;
+constexpr u64 kLINE_LOOK_BACK = 1024; // characters; alerts show a longer line from there on
 constexpr u32 kSOURCE_FILE = kREAD_ACCESS | kTEXT_LF | kWHOLE_FILE_BUFFER; // 274
 
 int close_context_record(parse_stream* context) {
@@ -117,7 +118,7 @@ int open_over_text(
     fileIODescriptor* file = nullptr;
     if (int status = open_memory_text(name, text, length, &file); status != 0) return status;
     const int status = open_over_file(file, parent, keywords, out);
-    if (status == kEMPTY_TEXT) (*out)->textEnd = (*out)->textBegin;
+    if (status == kEMPTY_TEXT && *out != nullptr) (*out)->textEnd = (*out)->textBegin;
     return status;
 }
 
@@ -253,8 +254,10 @@ void set_stream_position(parse_stream* stream, u64 position) {
     memdata::clearTokens(context->lookAhead);
     context->pendingStatus = 0;
     context->position = context->textBegin + std::min(position, get_stream_size(stream));
+    // Loops move back at every round, so the start of the line is not looked for far away.
     const char* line = context->position;
-    while (line > context->textBegin && !memdata::isOf(line[-1], memdata::kLINE_END_CHARACTER)) --line;
+    const char* limit = line - std::min(get_stream_position(stream), kLINE_LOOK_BACK);
+    while (line > limit && !memdata::isOf(line[-1], memdata::kLINE_END_CHARACTER)) --line;
     context->lineStart = line;
 }
 

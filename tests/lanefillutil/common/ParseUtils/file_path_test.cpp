@@ -151,11 +151,10 @@ TEST_F(FilePath, AMissingPathIsAnAlertTooUnderTheLegacyParameter) {
     CapturedAlerts alerts;
     EXPECT_EQ(read(";"), "status 3");
     parameters.setValue("memdata.debugLegacyMessages", false);
-    EXPECT_EQ(alerts.text(),
-        "\nERROR:Lanefill:37 - Illegal file or path name symbol ';'.\n"
-        "   Line #1, File \"text.bmm\".\n"
-        "= ;\n"
-        "  ^\n\n");
+    EXPECT_EQ(alerts.text(), "\nERROR:Lanefill:37 - Illegal file or path name symbol ';'.\n"
+                             "   Line #1, File \"text.bmm\".\n"
+                             "= ;\n"
+                             "  ^\n\n");
 }
 
 TEST_F(FilePath, AMissingPathIsSilentOnDemand) {

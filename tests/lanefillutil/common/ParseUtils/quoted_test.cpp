@@ -142,6 +142,14 @@ TEST_F(Quoted, ACommentBetweenStringsDoesNotStopTheirJoining) {
     EXPECT_EQ(read("\"a\" /* x */ \"b\" // y\n\"c\" ## z\n\"d\" e"), "QUOTED_STRING_TOKEN(abcd) IDENTIFIER_TOKEN(e)");
 }
 
+TEST_F(Quoted, ManyCommentsBehindAStringAreLookedThroughOnce) {
+    std::string comments;
+    for (int i = 0; i < 100000; ++i) comments += "/**/\n";
+    TextReader text("\"a\" " + comments + "b");
+    EXPECT_STREQ(one_token_look_ahead(text, false, nullptr)->text, "a");
+    EXPECT_EQ(text.all(), "QUOTED_STRING_TOKEN(a) IDENTIFIER_TOKEN(b)");
+}
+
 TEST_F(Quoted, BlanksAndLineEndsBehindTheLastStringAreDelivered) {
     EXPECT_EQ(read("\"a\"  \"b\" \n e", kLAYOUT),
         "QUOTED_STRING_TOKEN(ab) WHITESPACE_TOKEN( ) END_OF_LINE(\\n) WHITESPACE_TOKEN( ) IDENTIFIER_TOKEN(e)");

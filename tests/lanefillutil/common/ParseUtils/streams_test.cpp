@@ -419,6 +419,15 @@ TEST_F(Streams, MovingIntoALineFindsItsStart) {
     EXPECT_EQ(text.token()->lineStart[0], 'c');
 }
 
+TEST_F(Streams, MovingInAVeryLongLineDoesNotLookForItsStart) {
+    std::string line(4000, ' ');
+    line += 'a';
+    TextReader text(line);
+    set_stream_position(text, 4000);
+    text.next();
+    EXPECT_EQ(text.token()->sourcePosition - text.token()->lineStart, 1024);
+}
+
 TEST_F(Streams, MovingBehindTheEndIsTheEnd) {
     TextReader text("a b");
     set_stream_position(text, 1000);
@@ -549,6 +558,33 @@ TEST_F(DiskStreams, AMissingFileOfAnotherTextIsReportedAtItsPlace) {
                              "    directory location, or isn't being locked by another\n"
                              "    application.\n"
                              "   Line #2, File \"text.bmm\".\nb c\n^\n\n");
+}
+
+TEST_F(DiskStreams, ACommentThatAnIncludedFileLeavesOpenIsReportedAtItsPlace) {
+    TextReader text("a\nb");
+    text.next();
+    parse_stream* file = nullptr;
+    const std::string name = folder_.write("c.h", "c\n d /* e\nf");
+    FileSpecOwner spec(CreateFileSpec(name.c_str()));
+    ASSERT_EQ(open_parse_DiskFile(spec.get(), "+h", nullptr, nullptr, text, &file), 0);
+    ASSERT_EQ(push_parse_context(file), 0);
+    set_context_state(text, kCONTEXT_AUTO_POP, true);
+    EXPECT_EQ(text.next(), "IDENTIFIER_TOKEN(c)");
+    EXPECT_EQ(text.next(), "IDENTIFIER_TOKEN(d)");
+    CapturedAlerts alerts;
+    EXPECT_EQ(text.next(), "status 21");
+    EXPECT_EQ(alerts.text(),
+        "\n"
+        "ERROR:Lanefill:39 - Unmatched nested C style comment. A closing '*/' was expected before the end of the file.\n"
+        "   Line #2, File \"" +
+            name +
+            "\".\n"
+            " d /* e\n"
+            "   ^\n"
+            "   Line #1, File \"text.bmm\".\n"
+            "\n");
+    EXPECT_EQ(text.next(), "IDENTIFIER_TOKEN(b)");
+    EXPECT_EQ(text.close(), 0);
 }
 
 TEST_F(DiskStreams, AFolderIsNoFile) {
