@@ -29,12 +29,14 @@ int storeSection(
     if (count == 0) return 0; // the section lies outside of the memory
     if (int status = initialize_bitLane_transform_positions(fileName, element, word, section.address); status != 0)
         return status;
+    const BufferChunkAccess* cursor = lane->dataChunks;
+    if (cursor == nullptr) return 7;
 
     BufferChunkAccess source =
         BufferChunkAccess::OverWholeBuffer(section.data, section.bitCount, kDATA_ORDER, 0, kSOURCE_UNIT_BITS);
     EndianConvert::UInt128 ignored{0, 0};
     // On purpose up to the memory's end, also behind the source: the words there keep what they hold.
-    for (; count > 0 && lane->dataChunks->GetNumberBufferBitsRemaining() > 0; --count)
+    for (; count > 0 && cursor->GetNumberBufferBitsRemaining() > 0; --count)
         transform_bitLane_value(element, kNO_SWAP, &source, &ignored);
     return 0;
 }

@@ -241,6 +241,28 @@ TEST(Transform, ABlockWithoutLanesTakesNothing) {
     EXPECT_EQ(source.GetNumberBufferBitsRemaining(), 16u);
 }
 
+// What no sound map holds still gives a result, and nothing outside of a buffer is touched.
+TEST(Transform, LanesOfMoreThanSixtyFourBitsTakeTheirWordsWithoutHarm) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB36", {"w[31:0]"});
+    map.lane("w")->laneWidth = 72;
+    space->ranges->laneWidth = 72;
+    EXPECT_EQ(store(space, 0, Bytes(4096, 0xFF)), 0);
+}
+
+TEST(Transform, ABusOfMoreThanTheAccumulatorHoldsKeepsItsDataAndGivesACheckValueOfTheLastBits) {
+    TestMap map;
+    AddressSpaceDefType* space =
+        map.space("ram", 0, "RAMB16", {"a[159:128] b[127:96] c[95:64] d[63:32] e[31:0] k[8:0] ECCHSIAO128-9"});
+    Bytes bytes(20, 0);
+    bytes[0] = 0xFF;  // lane a has left the accumulator
+    bytes[19] = 0x01; // the last column is 7
+    const std::string text = stored(space, 0, bytes);
+    EXPECT_NE(text.find("lane a 3: FF\n"), text.npos) << text;
+    EXPECT_NE(text.find("lane e 0: 01\n"), text.npos) << text;
+    EXPECT_NE(text.find("lane k 0: 07\n"), text.npos) << text;
+}
+
 // A 7-bit check lane keeps each word in a byte.
 TEST(Transform, CheckLanesOfOddWidthKeepTheirWordsInSlots) {
     TestMap map;
