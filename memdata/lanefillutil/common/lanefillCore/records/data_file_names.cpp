@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lanefillCore/records/data_file_names.h"
 
+#include "FileUtils/descriptor.h"
 #include "StringUtils/StringUtils.h"
 #include "SystemUtils/memory.h"
 
@@ -57,4 +58,13 @@ void delete_data_filenames(DataFileNameListType** list) {
     DataFileNameListType* old = std::exchange(*list, nullptr);
     while (old->head != nullptr) delete_name(std::exchange(old->head, old->head->next));
     releaseMemory(old);
+}
+
+int output_data_filenames(fileIODescriptor* file, const char* prefix, const DataFileNameListType* list) {
+    int status = PutNextLine(file, "%s     Data file(s) -", prefix);
+    const DataFileNameType* node = list == nullptr ? nullptr : list->head;
+    if (node == nullptr && status == 0) status = PutNextLine(file, " none");
+    for (; node != nullptr && status == 0; node = node->next)
+        status = PutNextLine(file, node->next == nullptr ? " %s" : " %s,", node->name);
+    return status == 0 ? PutNextLine(file, "\n") : status;
 }

@@ -5,6 +5,8 @@
 
 #include "platform/BasicTypes.h"
 
+struct fileIODescriptor;
+
 struct DataFileNameType {
     DataFileNameType* next;
     char* name; // managed
@@ -25,6 +27,10 @@ DataFileNameType* lookup_data_filename(const char* name, const DataFileNameListT
 // Appends a copy of the name unless the list has it. Status: 0 the list has the name now; 3 a null
 // argument; 7 without memory, the list is as it was.
 int insert_data_filename(const char* name, DataFileNameListType* list);
+
+// One line of a file's head: "<prefix>     Data file(s) - a.elf, b.mem", or "none" for an empty or null list.
+// Status: that of writing.
+int output_data_filenames(fileIODescriptor* file, const char* prefix, const DataFileNameListType* list);
 
 // Releases the list with its names and clears the pointer; a null list is allowed.
 void delete_data_filenames(DataFileNameListType** list);

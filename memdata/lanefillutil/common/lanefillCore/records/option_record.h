@@ -6,6 +6,7 @@
 #include "FileUtils/file_spec.h"
 #include "StringUtils/StringUtils.h"
 #include "lanefillCore/records/bd_switch.h"
+#include "lanefillCore/records/progress.h"
 
 struct TarselDeviceType;
 
@@ -15,8 +16,6 @@ inline constexpr u32 kBMM_XML_FILE = 'x';
 inline constexpr u32 kBMM_XML_TEXT = 'm';    // XML held in memory
 inline constexpr u32 kBMM_INFO_TEXT = 's';   // the compact language, compiled
 inline constexpr u32 kBMM_NAMING_FILE = 'n'; // names the mapping and is not read
-
-using ProgressSinkType = int (*)(int phase, const char* text, void (*report)(unsigned percent));
 
 // Every pointer is owned by the record. A new record is all zero.
 struct CmdStringOptionsType {
@@ -64,5 +63,8 @@ struct CmdStringOptionsType {
     char* bmmInfoText;             // -mf: the compiled text
     StrList helpTopics;            // -h
 };
+
+// Releases everything in the record, and the log is closed. The record itself is the caller's and all zero.
+void DeleteCmdStringOptions(CmdStringOptionsType* options);
 
 #endif
