@@ -37,14 +37,14 @@ int refuseFormat(const parse_stream* stream) {
     return PrintError(kERROR_UNKNOWN_OR_CORRUPTED_DATA_FILE_FORMAT, 2, get_stream_file_name(stream));
 }
 
-// A word that cannot be read has been reported and is no mismatch: what is wrong shows at the labels.
-bool beginsAsRBT(parse_stream* stream, token_element* token) {
+// Status 0, 2, 7. A word that cannot be read has been reported and is no mismatch: what is wrong shows at the labels.
+int checkFirstWords(parse_stream* stream, token_element* token) {
     bool isEqual = true;
     for (const char* word : kFIRST_WORDS) {
-        if (get_next_token(stream, token) != 0) return true;
+        if (int status = get_next_token(stream, token); status != 0) return status == 7 ? 7 : 0;
         isEqual = isEqual && strcasecmp(token->text, word) == 0;
     }
-    return isEqual;
+    return isEqual ? 0 : refuseFormat(stream);
 }
 
 std::string_view withoutBlanks(std::string_view text) {
@@ -84,7 +84,10 @@ int readText(fileSpecType* fileSpec, BitFileHeaderType* header, fileIODescriptor
     if (int status = openText(fileSpec, stream.out()); status != 0) return status;
     TokenOwner token(get_token_element());
     if (token == nullptr) return 7;
-    return ReadRBTHeader(stream.get(), token.get(), header, file);
+    if (int status = ReadRBTHeader(stream.get(), token.get(), header, file); status != 0) return status;
+    // A comment that was left open has swallowed data.
+    parse_stream* read = stream.release();
+    return close_parse_stream(&read);
 }
 
 // The words of a text, first to last.
@@ -129,7 +132,7 @@ int ReadRBTHeader(
     *header = {};
     *memoryFile = nullptr;
     ParseModes modes(stream, kPLAIN_TEXT_MODES, true);
-    if (!beginsAsRBT(stream, token)) return refuseFormat(stream);
+    if (int status = checkFirstWords(stream, token); status != 0) return status;
     for (const LabelType& row : kLABELS)
         if (int status = ReadLabeledString(stream, token, row.label, &(header->*row.string)); status != 0)
             return status;

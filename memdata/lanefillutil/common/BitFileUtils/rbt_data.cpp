@@ -10,6 +10,7 @@
 #include "SystemUtils/alerts.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace {
@@ -17,8 +18,8 @@ namespace {
 using namespace memdata;
 
 constexpr u32 kWORD_BYTES = 4;
-constexpr u32 kSMALLEST_ROOM = 4096;                    // bytes
-constexpr u32 kLARGEST_STREAM = 0xFFFFFFFF / 4 * 4 - 4; // bytes; dataLength has 32 bits
+constexpr u64 kSMALLEST_ROOM = 4096;      // bytes
+constexpr u64 kLARGEST_ROOM = 0xFFFFFFFC; // bytes; dataLength has 32 bits
 
 // Words in memory, most significant byte first. Room grows as words come: a short line of digits gives more bytes of
 // stream than it has characters.
@@ -35,6 +36,7 @@ void releaseBytes(u8* bytes) {
 using BytesOwner = Tracked<u8, releaseBytes>;
 
 int reserve(WordBufferType* words, BytesOwner* owner, u64 room) {
+    room = std::clamp(room, kSMALLEST_ROOM, kLARGEST_ROOM);
     BytesOwner grown(static_cast<u8*>(getMemory("'std::uint8_t' data", room)));
     if (grown == nullptr) return PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "RBTData", room, getCurrentMemoryUsage());
     if (words->byteCount != 0) std::memcpy(grown.get(), words->bytes, words->byteCount);
@@ -55,7 +57,7 @@ struct RBTReaderType {
 int appendWord(RBTReaderType* reader, u32 word) {
     WordBufferType& words = reader->words;
     if (words.room - words.byteCount < kWORD_BYTES) {
-        if (words.byteCount >= kLARGEST_STREAM)
+        if (words.room == kLARGEST_ROOM)
             return PrintError(kERROR_UNKNOWN_OR_CORRUPTED_DATA_FILE_FORMAT, 2, get_stream_file_name(reader->stream));
         if (int status = reserve(&words, &reader->owner, 2 * words.room); status != 0) return status;
     }
@@ -82,21 +84,41 @@ void passBlanksAndLineEnds(parse_stream* context) {
     }
 }
 
+// Eight digits 0 and 1 as a byte, the first one on top. False, and nothing done, when others are among them.
+bool takeEightDigits(const char* at, u32* word) {
+    u64 digits = 0;
+    std::memcpy(&digits, at, sizeof digits);
+    digits ^= 0x3030303030303030;
+    if ((digits & 0xFEFEFEFEFEFEFEFE) != 0) return false;
+    // The digit of byte i goes from bit 8i to bit 63 - i.
+    *word = *word << 8 | static_cast<u32>(digits * 0x8040201008040201 >> 56);
+    return true;
+}
+
+// Behind the digits 0 and 1 at a place; the low 32 bits of their number.
+const char* takeDigits(const char* at, const char* end, u32* word) {
+    *word = 0;
+    if constexpr (std::endian::native == std::endian::little)
+        while (end - at >= 8 && takeEightDigits(at, word)) at += 8;
+    for (; at < end && (*at == '0' || *at == '1'); ++at) *word = *word << 1 | (*at == '1' ? 1U : 0U);
+    return at;
+}
+
 // Takes numbers that are digits 0 and 1 only, with blanks, line ends or the end of the text behind them, up to what is
 // none of it.
 int takePlainNumbers(RBTReaderType* reader) {
     parse_stream* context = activeContext(reader->stream);
     if (context->lookAhead->depth != 0 || context->pendingStatus != 0) return 0;
+    const char* end = context->textEnd;
     for (;;) {
         passBlanksAndLineEnds(context);
-        const char* at = context->position;
         u32 word = 0;
-        for (; at < context->textEnd && (*at == '0' || *at == '1'); ++at) word = word << 1 | (*at == '1' ? 1U : 0U);
+        const char* behind = takeDigits(context->position, end, &word);
         const bool isPlain =
-            at > context->position && (at == context->textEnd || isOf(*at, kBLANK_CHARACTER | kLINE_END_CHARACTER));
+            behind > context->position && (behind == end || isOf(*behind, kBLANK_CHARACTER | kLINE_END_CHARACTER));
         if (!isPlain) return 0;
         if (int status = appendWord(reader, word); status != 0) return status;
-        context->position = at;
+        context->position = behind;
     }
 }
 
@@ -139,8 +161,7 @@ int OpenRBTData(parse_stream* stream, token_element* token, BitFileHeaderType* h
     *memoryFile = nullptr;
     header->dataLength = 0;
     RBTReaderType reader{stream, token, {}, BytesOwner()};
-    const u64 room = std::max<u64>(get_stream_size(stream) / 8, kSMALLEST_ROOM);
-    if (int status = reserve(&reader.words, &reader.owner, room); status != 0) return status;
+    if (int status = reserve(&reader.words, &reader.owner, get_stream_size(stream) / 8); status != 0) return status;
     set_stream_number_base(stream, 2);
     if (int status = readNumbers(&reader); status != 0) return status;
     if (int status = checkLength(&reader, header); status != 0) return status;

@@ -149,6 +149,12 @@ TEST_F(RbtContainer, NumbersMayHavePrefixesAndComments) {
     EXPECT_EQ(words({"101", "0x11 // eleven", "/* one */ 1", "10"}), "00 00 00 05 00 00 00 11 00 00 00 01 00 00 00 02");
 }
 
+TEST_F(RbtContainer, ACommentThatIsLeftOpenIsRefused) {
+    EXPECT_EQ(words({"101", "/* 111", "111"}), "status 21");
+    EXPECT_NE(said(), "");
+    EXPECT_EQ(bit.file, nullptr);
+}
+
 TEST_F(RbtContainer, OtherCharactersBeforeThePromisedEndAreRefused) {
     for (const char* line : {"10101010x", "twelve", "\xFE\xFE", "1.1"}) {
         EXPECT_EQ(words({"101", line, "111"}, "96"), "status 2") << line;
@@ -267,22 +273,25 @@ TEST_F(RbtContainer, ADateWithoutATimeGetsMidnight) {
     }
 }
 
+// A lifetime for each run: the pool of tokens keeps memory within one.
 TEST(RbtContainerMemory, EveryAllocationMayFail) {
     TemporaryFolder folder;
     const std::string name = folder.write("a.rbt", rbtText({.bits = "", .lines = std::vector<std::string>(2000, "1")}));
-    SystemResources outer;
-    const auto run = [&] {
-        BitFile bit;
-        const int status = bit.open(name);
-        if (status != 0) return status;
-        const int completed = completeRBTHeader(&bit.header);
-        releaseMemory(bit.header.dataPointer); // ahead of the end of the lifetime
-        return completed;
-    };
-    // From here on the pool has its tokens, with room for the longest text each.
-    for (int i = 0; i < 8; ++i) ASSERT_EQ(run(), 0);
-    const FaultSweep sweep = sweepAllocationFaults(run);
+    u64 leaked = 0;
+    const FaultSweep sweep = sweepAllocationFaults([&] {
+        int status = InitializeSystemResources();
+        EnablePrintAlerts(0);
+        if (status == 0) {
+            BitFile bit;
+            status = bit.open(name);
+            if (status == 0) status = completeRBTHeader(&bit.header);
+        }
+        FinalizeSystemResources();
+        leaked += leakedBlockCount();
+        return status;
+    });
     EXPECT_EQ(sweep.failures, "");
+    EXPECT_EQ(leaked, 0u);
     EXPECT_GT(sweep.faultCount, 10u);
 }
 
