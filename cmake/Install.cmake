@@ -17,5 +17,7 @@ write_basic_package_version_file(memdataConfigVersion.cmake COMPATIBILITY SameMi
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/memdataConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/memdataConfigVersion.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/memdata)
 
+# The file finds its prefix from where it lies, so that an installed tree can be moved.
+file(RELATIVE_PATH MEMDATA_PREFIX_FROM_PC "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(cmake/memdata.pc.in memdata.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/memdata.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
