@@ -54,6 +54,9 @@ struct parse_stream {
     u64 pushedBytes;             // in the root: text of macros and rescans so far
     u32 includeDepth;            // files below and with this one; 0 in the root
     u32 expansionDepth;          // macro bodies and rescans below and with this one
+    u64 repeatedBytes;           // in the root: text that loops went back over so far
+    u32 nestedReads;             // in the root: tokens being read on behalf of tokens being read
+    u32 openParentheses;         // in the root: of all expressions being evaluated
     u32 callLine;                // line in the context below at which this one was pushed
     const char* openComment;     // the outermost open comment: its place ...
     const char* openCommentLine; // ... the start of its line ...
