@@ -12,18 +12,26 @@
 //   scanner        characters to tokens
 //   look_ahead     tokens read early or put back
 //   preprocessor   directives and macros, between the scanner and get_next_token
+//   macros         macros: defined, looked up, expanded
+//   directives     the directives, one operation each
+//   include_paths  lists of folders to look for files in
+//   preprocess_file  the run that only preprocesses
 //   file_path      file names in a text
 //   expressions    numbers written as expressions
 #ifndef MEMDATA_PARSE_UTILS_H
 #define MEMDATA_PARSE_UTILS_H
 
+#include "ParseUtils/directives.h"
 #include "ParseUtils/expressions.h"
 #include "ParseUtils/file_path.h"
+#include "ParseUtils/include_paths.h"
 #include "ParseUtils/keyword_sets.h"
 #include "ParseUtils/limits.h"
 #include "ParseUtils/look_ahead.h"
+#include "ParseUtils/macros.h"
 #include "ParseUtils/modes.h"
 #include "ParseUtils/numbers.h"
+#include "ParseUtils/preprocess_file.h"
 #include "ParseUtils/preprocessor.h"
 #include "ParseUtils/scanner.h"
 #include "ParseUtils/streams.h"

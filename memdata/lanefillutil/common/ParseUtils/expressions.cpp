@@ -101,8 +101,10 @@ void delete_stack(StackType* stack) {
 }
 using StackOwner = Tracked<StackType, delete_stack>;
 
-int push_copy(StackType* stack, const void* data, unsigned long size) {
-    void* copy = Eval_Element_Allocator(data, size);
+template<class Element>
+int push_copy(StackType* stack, const Element& element) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): of operators the pointer itself is the element
+    void* copy = Eval_Element_Allocator(&element, sizeof(Element));
     if (copy == nullptr) return 7;
     const int status = Stack_Push(stack, copy, Eval_Element_Deallocator);
     if (status != 0) Eval_Element_Deallocator(copy);
@@ -131,7 +133,7 @@ int reduce(StackType* operators, StackType* values) {
     Stack_Pop(operators, true);
     Stack_Pop(values, true);
     Stack_Pop(values, true);
-    return push_copy(values, &result, sizeof result);
+    return push_copy(values, result);
 }
 
 int refuse_depth(parse_stream* stream, const token_element* token) {
@@ -232,12 +234,12 @@ int Do_Sub_Expression(parse_stream* stream, token_element* token, unsigned depth
         long double operand = 0;
         const token_type* op = nullptr;
         int status = Get_Value(stream, token, depth, &operand, terminators);
-        if (status == 0) status = push_copy(values.get(), &operand, sizeof operand);
+        if (status == 0) status = push_copy(values.get(), operand);
         if (status == 0) status = Get_Operator(stream, token, &op, terminators);
         if (status == 0 && depth == 0 && op == &kRIGHT_PARENTHESIS)
             status = PrintErrorLocation(
                 stream, kERROR_UNMATCHED_PAREN_AND_EXPECTED, kSYNTAX, token, token->text, "end of sub expression");
-        if (status == 0) status = push_copy(operators.get(), &op, sizeof op);
+        if (status == 0) status = push_copy(operators.get(), op);
         while (status == 0 && Eval_Stack_TOS_Precedence(operators.get(), terminators) <=
                                   Eval_Stack_NOS_Precedence(operators.get(), terminators))
             status = reduce(operators.get(), values.get());

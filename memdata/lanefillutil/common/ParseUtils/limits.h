@@ -45,6 +45,12 @@ inline constexpr u64 kMAX_LOOP_ITERATIONS = 10'000'000;
 inline constexpr Alert_message_type kERROR_TOO_MANY_ITERATIONS{
     0, "The loop of '%s' exceeded the limit of %ld iterations."};
 
+// Text that loops go back over while one stream is open: keeps loops inside loops from running for ever, each below
+// its own limit. Arguments: the directive, the limit.
+inline constexpr u64 kMAX_REPEATED_BYTES = u64{4} << 30;
+inline constexpr Alert_message_type kERROR_TOO_MUCH_REPEATED_TEXT{
+    0, "The loop of '%s' can not go on, the limit of %lld bytes of repeated text is reached."};
+
 } // namespace memdata
 
 #endif

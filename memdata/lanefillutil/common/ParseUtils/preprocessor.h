@@ -11,10 +11,12 @@ struct PP_Directive_Element {
     token_element* directive; // its own copy of the directive's token
     bool active;              // text under the directive is live
     bool branchTaken;         // some branch of this chain has been live
-    u32 loopPosition;         // position behind the loop's opening word and first part
+    u64 loopPosition;         // offset behind the loop's opening word and first part
     u32 loopLine;             // line number there
-    u32 endPosition;          // position behind the closing directive; 0 until it was first reached
+    u64 endPosition;          // offset behind the closing directive; 0 until it was first reached
     u32 endLine;              // line number there
+    // From here on the record is this module's own.
+    u64 rounds; // of the loop, begun so far
 };
 
 // Folders that files are looked for in besides their own name, each with a "/" at its end; null for none. The list

@@ -14,9 +14,6 @@ int absent(const char* what) {
 
 } // namespace
 
-int open_and_preprocess_file(fileSpecType*, const char*, const char*, fileSpecType*) {
-    return absent("preprocess files");
-}
 int open_and_parse_bmm_file(
     fileSpecType*, AddressMappingType*, const char*, const char*, parse_stream*, parse_stream**) {
     return absent("read BMM files");

@@ -13,7 +13,6 @@
 struct BitFileHeaderType;
 struct parse_stream;
 
-int open_and_preprocess_file(fileSpecType* in, const char* extension, const char* rescanText, fileSpecType* out);
 int open_and_parse_bmm_file(fileSpecType* spec, AddressMappingType* mapping, const char* root, const char* rescanText,
     parse_stream* parent, parse_stream** out);
 int open_and_parse_bmm_XML(fileSpecType* spec, AddressMappingType* mapping, const char* root, const char* rescanText,

@@ -1,0 +1,68 @@
+// preprocess_file.cpp - the run that only preprocesses.
+// SPDX-License-Identifier: Apache-2.0
+#include "ParseUtils/preprocess_file.h"
+
+#include "ParseUtils/scanner.h"
+
+#include <utility>
+
+using namespace memdata;
+
+namespace {
+
+constexpr int kEMPTY_TEXT = 17;
+constexpr u32 kOUTPUT_ATTRIBUTES = kKEEP_EXTENSION | kTEXT_WRITE | kREFUSE_OVERWRITE;
+constexpr u32 kLAYOUT_MODES = kMODE_WHITESPACE | kMODE_LINE_ENDS;
+
+using FileOwner = Tracked<fileIODescriptor, abandonFile>;
+
+// Files take the bytes as they are. Standard output goes through its switches and the journal.
+int write_text(fileIODescriptor* file, const char* text, u64 length) {
+    if (file != &StandardOut) return outputBlock(file, text, length);
+    return PutNextLine(file, "%s", text);
+}
+
+int write_token(fileIODescriptor* file, const token_element* token) {
+    const bool isString = token->type == &kQUOTED_STRING_TOKEN;
+    int status = isString ? write_text(file, "\"", 1) : 0;
+    if (status == 0) status = write_text(file, token->text, token->length);
+    if (status == 0 && isString) status = write_text(file, "\"", 1);
+    if (status == 0 && token->type == &kCOMMENT_BLOCK_TOKEN) status = write_text(file, "\n", 1);
+    return status;
+}
+
+int write_tokens(parse_stream* stream, fileIODescriptor* file) {
+    const TokenOwner token(get_token_element());
+    if (token == nullptr) return 7;
+    for (;;) {
+        if (int status = get_next_token(stream, token.get()); status != 0) return status;
+        if (token->type == &kEND_OF_FILE) return 0;
+        if (int status = write_token(file, token.get()); status != 0) return status;
+    }
+}
+
+int preprocess_stream(StreamOwner stream, fileIODescriptor* file) {
+    // The text that is read first stands above the file: both have the modes.
+    stream->parseModes |= kLAYOUT_MODES;
+    activeContext(stream.get())->parseModes |= kLAYOUT_MODES;
+    if (int status = write_tokens(stream.get(), file); status != 0) return status;
+    parse_stream* ended = stream.release();
+    return close_parse_stream(&ended);
+}
+
+} // namespace
+
+int open_and_preprocess_file(fileSpecType* in, const char* extension, const char* rescanText, fileSpecType* out) {
+    StreamOwner stream;
+    const int opened = open_parse_DiskFile(in, extension, nullptr, rescanText, nullptr, stream.out());
+    if (opened != 0 && opened != kEMPTY_TEXT) return opened;
+    if (out == nullptr) return preprocess_stream(std::move(stream), &StandardOut);
+
+    FileOwner file;
+    if (int status = OpenDiskFile(out, "", extension, "", kOUTPUT_ATTRIBUTES, file.out()); status != 0) return status;
+    if (int status = preprocess_stream(std::move(stream), file.get()); status != 0) return status;
+    fileIODescriptor* written = file.release();
+    const int status = Close_File(&written);
+    if (status != 0) abandonFile(&written);
+    return status;
+}
