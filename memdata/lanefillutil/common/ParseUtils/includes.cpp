@@ -14,6 +14,9 @@ namespace {
 
 constexpr int kEMPTY_TEXT = 17; // a file without any text is no error
 
+// A ":" behind a path was read as one that can end a volume.
+constexpr const token_type* kPATH_LIST_MARKS[] = {&kSEMICOLON, &kCOLON, &kVOLUME_SEPARATOR_TOKEN, nullptr};
+
 using SpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
 
 int close_context(parse_stream* context) {
@@ -78,6 +81,6 @@ int compile_file_paths(parse_stream* stream, token_element* token, StrList* out)
         SpecOwner spec;
         if (int status = parse_file_pathname(stream, token, true, false, true, spec.out()); status != 0) return status;
         if (int status = add_path(spec.get(), out); status != 0) return status;
-    } while (token->type == &kSEMICOLON || token->type == &kCOLON);
+    } while (One_Of_Tokens(token->type, kPATH_LIST_MARKS));
     return 0;
 }

@@ -113,7 +113,19 @@ long end_joined_stream(parse_stream* context) {
     return 0;
 }
 
+// Rescans that have been read to their end go, so that many pastes in a row do not stand inside each other.
+int pop_ended_rescans(parse_stream* stream) {
+    for (;;) {
+        const parse_stream* context = activeContext(stream);
+        const bool isRescan = (context->contextState & (kCONTEXT_RESCAN | kCONTEXT_OVERLAY)) == kCONTEXT_RESCAN;
+        const bool isEnded = context->position == context->textEnd && context->lookAhead->depth == 0;
+        if (!isRescan || !isEnded || context->parent == nullptr) return 0;
+        if (int status = pop_parse_stream(stream); status != 0) return status;
+    }
+}
+
 int push_joined(parse_stream* stream, token_element* token) {
+    if (int status = pop_ended_rescans(stream); status != 0) return status;
     TokenOwner joined(dup_token_element(token));
     if (joined == nullptr) return 7;
     parse_stream* context = nullptr;
