@@ -256,4 +256,12 @@ TEST(Tool, HelpTellsWhatItCanDo) {
     EXPECT_THAT(result.text, HasSubstr("lanefill devices "));
 }
 
+TEST(Tool, HelpThatCanNotBeWrittenIsAnError) {
+    for (const char* words : {"help > /dev/full", "--help > /dev/full", "help >&-"}) {
+        const Result result = run(words);
+        EXPECT_EQ(result.status, 1) << words;
+    }
+    EXPECT_EQ(run("help > /dev/full").text, "lanefill: standard output can not be written\n");
+}
+
 } // namespace
