@@ -103,6 +103,12 @@ TEST(DevicesCommand, AnUnknownDeviceIsRefused) {
     EXPECT_EQ(result.text, "lanefill: no device is called 'zz9'; lanefill devices --all lists them\n");
 }
 
+TEST(DevicesCommand, AnEmptyNameIsNoDevice) {
+    const Result result = run("devices ''");
+    EXPECT_EQ(result.status, 14);
+    EXPECT_EQ(result.text, "lanefill: no device is called ''; lanefill devices --all lists them\n");
+}
+
 TEST(DevicesCommand, UnknownWordsAreRefused) {
     for (const char* words : {"devices --xml", "devices tq7a5 tq7a7", "devices --json --all"}) {
         const Result result = run(words);

@@ -183,9 +183,9 @@ int runDevicesCommand(std::span<char* const> words) {
         if (writeDevicesJson(stdout)) return 0;
         return printText("");
     }
-    if (word.empty() || word == "--all") {
+    if (words.empty() || word == "--all") {
         std::vector<const TarselDeviceType*> devices = everyDevice();
-        if (word.empty()) std::erase_if(devices, [](const TarselDeviceType* device) { return !device->isListed; });
+        if (words.empty()) std::erase_if(devices, [](const TarselDeviceType* device) { return !device->isListed; });
         return printText(deviceTable(devices));
     }
     if (word.starts_with("-")) return unknownWord(word);
