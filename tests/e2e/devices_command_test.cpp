@@ -88,6 +88,13 @@ TEST(DevicesCommand, ADrawingOfAModernDeviceHasALinePerGroup) {
                                                      "+ some, . none.\n"));
 }
 
+TEST(DevicesCommand, ADrawingShowsTheHolesOfADeviceWithAPhysicalArrayAlone) {
+    EXPECT_THAT(run("devices td2e36").text, HasSubstr("  Y6                ####\n"
+                                                      "  Y5                #.##\n"
+                                                      "  Y4                #.##\n"
+                                                      "  Y3                ####\n"));
+}
+
 TEST(DevicesCommand, EveryDeviceCanBeDrawn) {
     // The largest, the smallest, one column, pairs, a stack: no drawing is longer than a page.
     for (const char* name : {"tq7b1000", "td2a4", "td3c4", "td6a528", "tq7d286", "tq1e312", "tq9a"}) {

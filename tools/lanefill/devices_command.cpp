@@ -81,28 +81,39 @@ std::string rowsLabel(u32 first, u32 last) {
     return "Y" + number(first) + (first == last ? "" : " to " + number(last));
 }
 
-// # all memories of a column's rows are there, + some, . none
-char drawnColumn(const TarselDeviceType* device, const MEMORYLocType& memory, u32 first, u32 last, u32 column) {
-    u32 present = 0;
+// Which locations hold a memory: column after column of logicalRows rows. Asked from the physical side, which knows the
+// holes of devices without logical arrays too.
+std::vector<bool> presentLocations(const TarselDeviceType* device, const MEMORYLocType& memory) {
+    std::vector<bool> present(size_t{device->logicalRows} * device->logicalColumns);
     i32 row = 0;
-    i32 physicalColumn = 0;
-    for (u32 y = first; y <= last; ++y)
-        present +=
-            lookup_BRAM_log_existence(device, memory.type, memory.logicalLocs, y, column, &row, &physicalColumn) == kT;
+    i32 column = 0;
+    for (u32 x = 0; x < device->physicalColumns; ++x)
+        for (u32 y = 0; y < device->physicalRows; ++y)
+            if (lookup_BRAM_phys_existence(device, &memory, y, x, &row, &column) == kT)
+                present.at(static_cast<size_t>(column) * device->logicalRows + static_cast<size_t>(row)) = true;
+    return present;
+}
+
+// # all memories of a column's rows are there, + some, . none
+char drawnColumn(std::vector<bool>::const_iterator first, std::vector<bool>::const_iterator end) {
+    const auto present = std::count(first, end, true);
     if (present == 0) return '.';
-    return present == last - first + 1 ? '#' : '+';
+    return present == end - first ? '#' : '+';
 }
 
 // A line per few rows, the top row first, a character per column.
 std::string drawing(const TarselDeviceType* device) {
     const MEMORYLocType& memory = countedMemory(device);
+    const std::vector<bool> present = presentLocations(device, memory);
     const u32 step = drawnRows(device);
     std::string text;
     for (u32 first = (device->logicalRows - 1) / step * step;; first -= step) {
         const u32 last = std::min(first + step, device->logicalRows) - 1;
         text += "  " + left(rowsLabel(first, last), 18);
-        for (u32 column = 0; column < device->logicalColumns; ++column)
-            text += drawnColumn(device, memory, first, last, column);
+        for (u32 column = 0; column < device->logicalColumns; ++column) {
+            const auto rows = present.begin() + static_cast<std::ptrdiff_t>(column) * device->logicalRows;
+            text += drawnColumn(rows + first, rows + last + 1);
+        }
         text += '\n';
         if (first == 0) break;
     }
