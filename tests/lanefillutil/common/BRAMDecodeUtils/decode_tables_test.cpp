@@ -130,6 +130,37 @@ TEST(DecodeTables, FirstGenerationFramesComeInMirroredOrder) {
     EXPECT_EQ(tarselDecodeTables[1].dataBase, 0u);
 }
 
+TEST(DecodeTables, EveryRowHasItsFrameItsStartAndItsArray) {
+    for (const DecodeTable& table : decodeTables())
+        for (u32 r = 0; r < table.rows.size(); ++r) {
+            const TranslationTableType& row = table.rows[r];
+            const TranslationTableType* rows = table.rows.data();
+            u32 frame = r, units = r; // a unit is 256 data bits and 32 parity bits
+            if (rows == tarselDecodeTables) {
+                frame = (r & 1) << 5 | (r & 2) << 3 | (r & 4) << 1 | (r & 8) >> 1 | (r & 16) >> 3 | (r & 32) >> 5;
+                units = 0;
+            }
+            if (rows == T5_18LowerDecodeTable || rows == T5_18UpperDecodeTable) units = r / 2;
+            u32 data = units * 256, parity = units * 32;
+            if (rows == dunmare3DecodeTables) {
+                data = r / 4 * 896 + r % 4 * 32;
+                parity = r / 4 * 112 + r % 4 * 4;
+            }
+            const bool oddParity = rows == tarsel2DecodeTables || rows == T4LowerDecodeTable ||
+                                   rows == T4UpperDecodeTable || rows == dunmare6_18DecodeTables;
+            if (oddParity && r == 60) parity = 1924;
+            EXPECT_EQ(row.frame, frame) << table.name << " row " << r;
+            EXPECT_EQ(row.dataBase, data) << table.name << " row " << r;
+            EXPECT_EQ(row.parityBase, parity) << table.name << " row " << r;
+        }
+    for (u32 r = 0; r < 128; r += 2) {
+        EXPECT_EQ(T5_18LowerDecodeTable[r].bits, tarsel5_18LowerEvenBitDecodeTable.data());
+        EXPECT_EQ(T5_18LowerDecodeTable[r + 1].bits, tarsel5_18LowerOddBitDecodeTable.data());
+        EXPECT_EQ(T5_18UpperDecodeTable[r].bits, tarsel5_18UpperEvenBitDecodeTable.data());
+        EXPECT_EQ(T5_18UpperDecodeTable[r + 1].bits, tarsel5_18UpperOddBitDecodeTable.data());
+    }
+}
+
 TEST(DecodeTables, DunmareIIIRowsAdvanceInGroupsOfFour) {
     EXPECT_EQ(dunmare3DecodeTables[6].dataBase, 896u + 64);
     EXPECT_EQ(dunmare3DecodeTables[6].parityBase, 112u + 8);
@@ -174,6 +205,76 @@ TEST(BitArrays, GroupsFollowTheirShapes) {
     EXPECT_EQ(part(dunmare6BitDecodeTable, 18, 18), "-4 -3 31 30 29 28 27 26 25 24 23 22 21 20 19 18 17 16 ");
     EXPECT_EQ(part(tarselBitDecodeTable, 30, 3), "21 53 -10000 ");
     EXPECT_EQ(part(tarselBitDecodeTable, 39, 3), "-10000 37 5 ");
+}
+
+// A slice as groups of 16 entries, each by its first one; 0 stands for a group without bits. A data group goes down from
+// its first entry by the steps, a parity group goes up by its own.
+struct GroupCase {
+    std::span<const i32> bits;
+    std::vector<i32> firsts;
+    std::vector<i32> dataSteps;
+    std::vector<i32> paritySteps;
+};
+
+std::vector<i32> moved(std::vector<i32> firsts, i32 data, i32 parity) {
+    for (i32& first : firsts)
+        if (first != 0) first += first > 0 ? data : -parity;
+    return firsts;
+}
+
+std::string written(const GroupCase& c) {
+    std::string text;
+    for (i32 first : c.firsts)
+        for (size_t i = 0; i < 16; ++i)
+            text += first == 0 ? "no "
+                               : std::to_string(first > 0 ? first - c.dataSteps[i] : first + c.paritySteps[i]) + " ";
+    return text;
+}
+
+std::string read(std::span<const i32> bits) {
+    std::string text;
+    for (i32 bit : bits) text += bit < kLAST_PARITY_ENTRY ? "no " : std::to_string(bit) + " ";
+    return text;
+}
+
+TEST(BitArrays, HaveTheirGroupsInOrder) {
+    const std::vector<i32> data36 = {0, 64, 128, 192, 32, 96, 160, 224, 16, 80, 144, 208, 48, 112, 176, 240};
+    const std::vector<i32> parity36 = {0, 8, 16, 24, 4, 12, 20, 28, 2, 10, 18, 26, 6, 14, 22, 30};
+    const std::vector<i32> data18 = {0, 32, 64, 96, 16, 48, 80, 112, 8, 40, 72, 104, 24, 56, 88, 120};
+    const std::vector<i32> parity18 = {0, 4, 8, 12, 2, 6, 10, 14, 1, 5, 9, 13, 3, 7, 11, 15};
+    const std::vector<i32> data2 = {0, 32, 64, 96, 224, 192, 160, 128, 144, 176, 208, 240, 112, 80, 48, 16};
+    const std::vector<i32> parity2 = {0, 4, 8, 12, 28, 24, 20, 16, 18, 22, 26, 30, 14, 10, 6, 2};
+    const std::vector<i32> lower = {126, 127, 124, 125, 123, -16, 121, 122, 0, 120};
+    const std::vector<i32> upper = {127, 0, 125, 126, -16, 124, 122, 123, 120, 121};
+    const GroupCase kCASES[] = {
+        {tarsel5_36BitDecodeTable,
+            {245, 247, 241, 243, 255, -31, 251, 253, 0, 249, 246, 0, 242, 244, -32, 240, 252, 254, 248, 250}, data36,
+            parity36},
+        {tarsel5_18LowerEvenBitDecodeTable, lower, data18, parity18},
+        {tarsel5_18LowerOddBitDecodeTable, moved(lower, 128, 16), data18, parity18},
+        {tarsel5_18UpperEvenBitDecodeTable, upper, data18, parity18},
+        {tarsel5_18UpperOddBitDecodeTable, moved(upper, 128, 16), data18, parity18},
+        {tarsel2BitDecodeTable,
+            {248, 249, 250, 251, -32, 252, 253, 254, 255, 0, 0, 240, 241, 242, 243, -31, 244, 245, 246, 247}, data2,
+            parity2},
+    };
+    for (const GroupCase& c : kCASES) EXPECT_EQ(read(c.bits), written(c)) << bitArrayOf(c.bits.data())->name;
+}
+
+TEST(BitArrays, TheFirstGenerationHasItsOrder) {
+    EXPECT_EQ(read(tarselBitDecodeTable),
+        "56 24 25 57 49 17 16 48 60 28 30 62 54 22 20 52 58 26 27 59 51 19 18 50 61 29 31 63 55 23 21 53 "
+        "no no no no no no no no "
+        "37 5 7 39 47 15 13 45 34 2 3 35 43 11 10 42 36 4 6 38 46 14 12 44 32 0 1 33 41 9 8 40 ");
+}
+
+TEST(BitArrays, Dunmare6GroupsDescendThroughParityAndData) {
+    std::string expected;
+    for (int g = 0; g < 16; ++g) {
+        expected += std::to_string(-(2 * g + 2)) + " " + std::to_string(-(2 * g + 1)) + " ";
+        for (int bit = 16 * g + 15; bit >= 16 * g; --bit) expected += std::to_string(bit) + " ";
+    }
+    EXPECT_EQ(read(dunmare6BitDecodeTable), expected);
 }
 
 TEST(BitArrays, TheSecondNoBitEntryStandsAtItsPositions) {
