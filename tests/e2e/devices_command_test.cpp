@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BRAMDecodeUtils/decode_tables.h"
 #include "DeviceTableUtils/DeviceTableUtils.h"
+#include "ParseUtils/token_types.h"
 #include "SystemUtils/lifetime.h"
 
 #include <algorithm>
@@ -218,28 +219,117 @@ TEST_F(DevicesJson, HolesShowAsComplementsNullTablesAndMaps) {
     EXPECT_TRUE(device("td2e36")["memoryLocs"][0]["logicalLocs"].IsNull());
 }
 
+void expectType(const rapidjson::Value& json, const MEMORYType& type) {
+    EXPECT_EQ(json["name"].GetString(), std::string(type.name));
+    EXPECT_EQ(json["cellName"].GetString(), std::string(type.cellName));
+    EXPECT_EQ(json["token"].GetUint64(), type.token->ordinal);
+    EXPECT_EQ(json["sizeUnits"].GetUint(), type.sizeUnits);
+    EXPECT_EQ(json["dataBits"].GetUint64(), type.dataBits);
+    EXPECT_EQ(json["parityBits"].GetUint(), type.parityBits);
+    EXPECT_EQ(json["isBlockRam"].GetBool(), type.isBlockRam);
+    EXPECT_EQ(json["hasParityWidths"].GetBool(), type.hasParityWidths);
+    EXPECT_EQ(json["hasInterleavedParity"].GetBool(), type.hasInterleavedParity);
+    EXPECT_EQ(json["frameCount"].GetUint64(), type.frameCount);
+    EXPECT_EQ(json["frameSliceBits"].GetUint64(), type.frameSliceBits);
+    EXPECT_EQ(json["addressRows"].GetUint64(), type.addressRows);
+    EXPECT_EQ(json["dataRowBits"].GetUint(), type.dataRowBits);
+    EXPECT_EQ(json["parityRows"].GetUint(), type.parityRows);
+    EXPECT_EQ(json["parityRowBits"].GetUint(), type.parityRowBits);
+    EXPECT_EQ(json["widthsText"].GetString(), std::string(type.widthsText));
+    EXPECT_EQ(json["subRowFactor"].GetUint(), type.subRowFactor);
+    ASSERT_EQ(json["parityWidths"].Size(), json["widths"].Size());
+    for (rapidjson::SizeType i = 0; i < json["widths"].Size(); ++i) {
+        EXPECT_EQ(json["widths"][i].GetUint(), type.widths[i]);
+        EXPECT_EQ(json["parityWidths"][i].GetUint(), type.parityWidths[i]);
+    }
+    EXPECT_EQ(type.widths[json["widths"].Size()], 0u);
+}
+
+void expectArrays(const rapidjson::Value& json, const TarselDeviceType& device, const MEMORYLocType& memory) {
+    ASSERT_EQ(json["physicalLocs"].IsNull(), memory.physicalLocs == nullptr);
+    ASSERT_EQ(json["logicalLocs"].IsNull(), memory.logicalLocs == nullptr);
+    if (memory.physicalLocs != nullptr) {
+        const auto& list = json["physicalLocs"];
+        ASSERT_EQ(list.Size(), memdata::physicalGridRows(&device, memory.type) * device.physicalColumns);
+        for (rapidjson::SizeType i = 0; i < list.Size(); ++i) {
+            const BRAMPhysLocDataType& element = memory.physicalLocs[i];
+            const memdata::DecodeTable* table = memdata::decodeTableOf(element.decodeTable);
+            ASSERT_EQ(list[i].Size(), 4u);
+            ASSERT_EQ(list[i][0].GetInt(), element.logicalRow);
+            ASSERT_EQ(list[i][1].GetInt(), element.logicalColumn);
+            ASSERT_EQ(
+                list[i][2].IsNull() ? "" : list[i][2].GetString(), std::string(table == nullptr ? "" : table->name));
+            ASSERT_EQ(list[i][3].GetInt(), element.padBits);
+        }
+    }
+    if (memory.logicalLocs != nullptr) {
+        const auto& list = json["logicalLocs"];
+        ASSERT_EQ(list.Size(), memdata::logicalGridRows(&device, memory.type) * device.logicalColumns);
+        for (rapidjson::SizeType i = 0; i < list.Size(); ++i) {
+            const BRAMLogLocDataType& element = memory.logicalLocs[i];
+            ASSERT_EQ(list[i].Size(), 3u);
+            ASSERT_EQ(list[i][0].GetInt(), element.physicalRow);
+            ASSERT_EQ(list[i][1].GetInt(), element.physicalColumn);
+            ASSERT_EQ(list[i][2].GetInt(), element.exists);
+        }
+    }
+}
+
 TEST_F(DevicesJson, EqualsTheRecordsOfTheLibrary) {
     const memdata::SystemResources resources;
     for (const rapidjson::Value& at : json_["devices"].GetArray()) {
+        SCOPED_TRACE(at["names"][0].GetString());
         const TarselDeviceType* record = get_device_record_by_name(at["names"][0].GetString());
         ASSERT_NE(record, nullptr);
-        EXPECT_EQ(at["clbFrameBits"].GetUint(), record->clbFrameBits);
+        for (rapidjson::SizeType i = 0; i < at["names"].Size(); ++i)
+            EXPECT_STREQ(at["names"][i].GetString(), record->names[i]);
+        EXPECT_EQ(record->names[at["names"].Size()], nullptr);
+        EXPECT_EQ(at["isListed"].GetBool(), record->isListed != 0);
+        EXPECT_EQ(at["family"].GetString(), std::string(record->family->name));
+        EXPECT_EQ(at["logicalRows"].GetUint(), record->logicalRows);
+        EXPECT_EQ(at["physicalRows"].GetUint(), record->physicalRows);
+        EXPECT_EQ(at["logicalColumns"].GetUint(), record->logicalColumns);
         EXPECT_EQ(at["physicalColumns"].GetUint(), record->physicalColumns);
-        EXPECT_EQ(at["columnMap"].Size(), 25u);
+        EXPECT_EQ(at["framePadBits"].GetUint(), record->framePadBits);
+        EXPECT_EQ(at["clbFrameBits"].GetUint(), record->clbFrameBits);
+        EXPECT_EQ(at["bramFrameBits"].GetUint(), record->bramFrameBits);
+        EXPECT_EQ(at["bramFrameOffset"].GetUint(), record->bramFrameOffset);
+        EXPECT_EQ(at["dieCount"].GetUint(), record->dieCount);
+        ASSERT_EQ(at["columnMap"].Size(), kCOLUMN_MAP_ENTRIES);
+        for (rapidjson::SizeType i = 0; i < kCOLUMN_MAP_ENTRIES; ++i)
+            EXPECT_EQ(at["columnMap"][i].GetInt(), record->columnMap[i]);
+        ASSERT_EQ(at["existenceMap"].IsNull(), record->existenceMap == nullptr);
+        if (record->existenceMap != nullptr) {
+            ASSERT_EQ(at["existenceMap"].Size(), record->physicalRows * record->physicalColumns);
+            for (rapidjson::SizeType i = 0; i < at["existenceMap"].Size(); ++i)
+                EXPECT_EQ(at["existenceMap"][i].GetInt(), record->existenceMap[i]);
+        }
         for (rapidjson::SizeType m = 0; m < at["memoryLocs"].Size(); ++m) {
             const rapidjson::Value& memory = at["memoryLocs"][m];
             const MEMORYLocType& loc = record->memoryLocs[m];
+            ASSERT_NE(loc.type, nullptr);
             EXPECT_EQ(memory["record"].GetString(), std::string(memdata::memoryTypeRecordName(loc.type)));
-            ASSERT_EQ(memory["physicalLocs"].IsNull(), loc.physicalLocs == nullptr);
-            if (loc.physicalLocs == nullptr) continue;
-            ASSERT_EQ(
-                memory["physicalLocs"].Size(), memdata::physicalGridRows(record, loc.type) * record->physicalColumns);
-            i64 sum = 0, expected = 0;
-            for (rapidjson::SizeType i = 0; i < memory["physicalLocs"].Size(); ++i) {
-                sum += memory["physicalLocs"][i][0].GetInt() * (i64{i} + 1) + memory["physicalLocs"][i][3].GetInt();
-                expected += loc.physicalLocs[i].logicalRow * (i64{i} + 1) + loc.physicalLocs[i].padBits;
-            }
-            EXPECT_EQ(sum, expected);
+            expectType(memory["type"], *loc.type);
+            expectArrays(memory, *record, loc);
+        }
+        EXPECT_EQ(record->memoryLocs[at["memoryLocs"].Size()].type, nullptr);
+    }
+}
+
+TEST_F(DevicesJson, EqualsTheDecodeTablesOfTheLibrary) {
+    for (const memdata::DecodeTable& table : memdata::decodeTables()) {
+        SCOPED_TRACE(table.name);
+        const rapidjson::Value& rows = json_["decodeTables"][table.name]["rows"];
+        const rapidjson::Value& bits = json_["decodeTables"][table.name]["bits"];
+        ASSERT_EQ(rows.Size(), table.rows.size());
+        for (rapidjson::SizeType r = 0; r < rows.Size(); ++r) {
+            const TranslationTableType& row = table.rows[r];
+            const memdata::BitArray& array = *memdata::bitArrayOf(row.bits);
+            EXPECT_EQ(text(rows[r]), std::to_string(row.frame) + " " + std::to_string(row.dataBase) + " " +
+                                         std::to_string(row.parityBase) + " " + array.name + " ");
+            ASSERT_EQ(bits[array.name].Size(), array.bits.size());
+            for (rapidjson::SizeType i = 0; i < array.bits.size(); ++i)
+                ASSERT_EQ(bits[array.name][i].GetInt(), array.bits[i]);
         }
     }
 }
