@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "DeviceTableUtils/locations.h"
 
+#include <algorithm>
+#include <cstdint>
+
 using memdata::logicalGridRows;
 using memdata::physicalGridRows;
 
@@ -77,7 +80,7 @@ u32 count_existent_BRAM_type(const TarselDeviceType* device, const MEMORYLocType
 u32 convert_BRAM_indexes_to_lookup_indexes(
     const TarselDeviceType* device, const MEMORYType* type, i32 row, i32 column, i32* rowIndex, i32* columnIndex) {
     const u32 factor = type->subRowFactor == 0 ? 0 : device->family->bramsPerLookupRow / type->subRowFactor;
-    *rowIndex = row * static_cast<i32>(factor);
+    *rowIndex = static_cast<i32>(std::clamp<i64>(i64{row} * factor, INT32_MIN, INT32_MAX)); // no device reaches either
     *columnIndex = column;
     return factor;
 }

@@ -353,6 +353,16 @@ TEST_F(Locations, LookupRowsAreKeptAtTheFinestGrain) {
     EXPECT_EQ(row, 7);
 }
 
+TEST_F(Locations, ARowFarOutsideKeepsItsSideOfTheTable) {
+    const TarselDeviceType* device = get_device_record_by_name("tq7a5");
+    i32 row = 0, column = 0;
+    convert_BRAM_indexes_to_lookup_indexes(device, &T6RAMB36_BRAM, INT32_MAX, 0, &row, &column);
+    EXPECT_EQ(row, INT32_MAX);
+    convert_BRAM_indexes_to_lookup_indexes(
+        device, &T6RAMB36_BRAM, INT32_MIN, 0, &row, &column); // twice it is 0 modulo 2^32
+    EXPECT_EQ(row, INT32_MIN);
+}
+
 TEST_F(Locations, ATypeThatNoLocationNamesClaimsNoRows) {
     const MEMORYType user = {};
     i32 row = 0, column = 0;
