@@ -49,7 +49,7 @@ TEST(DevicesCommand, AloneItListsTheListedDevices) {
 TEST(DevicesCommand, AllShowsUnlistedOnesToo) {
     const Result result = run("devices --all");
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(std::ranges::count(result.text, '\n'), 186); // with the heading
+    EXPECT_EQ(std::ranges::count(result.text, '\n'), 186 + 3); // with the heading and the legend
     EXPECT_THAT(result.text, HasSubstr("\ntq9a "));
 }
 
@@ -61,8 +61,8 @@ TEST(DevicesCommand, ANameShowsTheRecordAndDrawsItsColumns) {
                            "  names             tq2p36 q2p36\n"
                            "  block RAM         30 RAMB16 or RAMB18\n"
                            "  locations         9 rows, 4 columns of RAMB16\n"
-                           "  configuration     4 columns of 9, 98304 bytes in all\n"
-                           "  frame             3072 bits, 96 of them padding at the head\n"
+                           "  configuration     4 columns of 9 RAMB16, 98304 bytes in all\n"
+                           "  frame             3072 bits, padding at the head 96 bits\n"
                            "  block RAM offset  431 frames\n"
                            "  stream            0.26 MB\n"
                            "\n"
@@ -77,6 +77,33 @@ TEST(DevicesCommand, ANameShowsTheRecordAndDrawsItsColumns) {
                            "  Y0                ####\n"
                            "\n"
                            "  A character for each column, X0 to X3: # all RAMB16 are there, + some, . none.\n");
+}
+
+TEST(DevicesCommand, TheTableEndsInALegend) {
+    EXPECT_THAT(run("devices").text,
+        EndsWith("\n\nframe bits: behind a slash those of block RAM. stream: all frames, - not known.\n"
+                 "lanefill devices NAME shows one device, lanefill devices --all unlisted ones too.\n"));
+}
+
+TEST(DevicesCommand, AnOffsetOf0IsTakenApart) {
+    const std::string early = run("devices tq1a8").text;
+    EXPECT_THAT(early, HasSubstr("  block RAM offset  none: each column is a burst of its own\n"));
+    EXPECT_THAT(early, HasSubstr("  stream            length not known\n"));
+    EXPECT_THAT(run("devices tq6c67").text,
+        HasSubstr("  block RAM offset  not known: block RAM in bit files can not be replaced\n"));
+}
+
+TEST(DevicesCommand, FramesOfBlockRamAreNamedWhereTheyDiffer) {
+    EXPECT_THAT(run("devices td6a24").text,
+        HasSubstr("  frame             1040 bits, 288 in block RAM, padding at the head 144 bits\n"));
+}
+
+TEST(DevicesCommand, AGenericRecordTellsThatItsFiguresAreBorrowed) {
+    EXPECT_THAT(run("devices tq7z99").text,
+        HasSubstr(
+            "  stands for        parts without a record of their own; all figures are those of tq7b100 and may not "
+            "fit\n"));
+    EXPECT_THAT(run("devices tq7b100").text, Not(HasSubstr("stands for")));
 }
 
 TEST(DevicesCommand, ADrawingOfAModernDeviceHasALinePerGroup) {

@@ -3,11 +3,13 @@
 #include "devices_command.h"
 
 #include "DeviceTableUtils/DeviceTableUtils.h"
+#include "DeviceTableUtils/device_rows.h"
 #include "SystemUtils/lifetime.h"
 
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <ranges>
 #include <string_view>
 
 namespace memdata {
@@ -15,6 +17,10 @@ namespace {
 
 constexpr int kNO_SUCH_DEVICE = 14;
 constexpr u32 kDRAWN_ROWS = 32; // lines that a drawing aims at where the device is not cut in groups of rows
+
+constexpr char kTABLE_LEGEND[] = "\n"
+                                 "frame bits: behind a slash those of block RAM. stream: all frames, - not known.\n"
+                                 "lanefill devices NAME shows one device, lanefill devices --all unlisted ones too.\n";
 
 std::string number(u64 value) {
     return std::to_string(value);
@@ -67,6 +73,23 @@ std::string streamText(const TarselDeviceType* device) {
 std::string framesText(const TarselDeviceType* device) {
     if (device->bramFrameBits == device->clbFrameBits) return number(device->clbFrameBits);
     return number(device->clbFrameBits) + "/" + number(device->bramFrameBits);
+}
+
+std::string frameLengthText(const TarselDeviceType* device) {
+    if (device->bramFrameBits == device->clbFrameBits) return number(device->clbFrameBits) + " bits";
+    return number(device->clbFrameBits) + " bits, " + number(device->bramFrameBits) + " in block RAM";
+}
+
+std::string offsetText(const TarselDeviceType* device) {
+    if (device->bramFrameOffset != 0) return number(device->bramFrameOffset) + " frames";
+    if ((device->family->familyMask & kFIRST_GENERATION_MASK) != 0) return "none: each column is a burst of its own";
+    return "not known: block RAM in bit files can not be replaced";
+}
+
+// A record for a whole line of devices, with borrowed figures.
+bool isGeneric(const TarselDeviceType* device) {
+    const auto isRecord = [device](size_t index) { return device == &kTarselDeviceTable[index]; };
+    return std::ranges::any_of(std::views::iota(size_t{0}, kGENERIC_ROWS.size()), isRecord);
 }
 
 // Rows of locations on one line of a drawing: a group of the device, else as many as keep the drawing short, whole
@@ -163,7 +186,7 @@ std::string deviceTable(std::span<const TarselDeviceType* const> devices) {
     for (const TarselDeviceType* device : devices)
         text += line(
             deviceName(device), device->family->name, memoriesText(device), framesText(device), streamText(device));
-    return text;
+    return text + kTABLE_LEGEND;
 }
 
 std::string deviceDetails(const TarselDeviceType* device) {
@@ -174,15 +197,18 @@ std::string deviceDetails(const TarselDeviceType* device) {
     };
     fact("names", namesText(device));
     fact("block RAM", memoriesText(device));
-    fact("locations", number(device->logicalRows) + " rows, " + number(device->logicalColumns) + " columns of " +
-                          countedMemory(device).type->name);
-    fact("configuration", number(device->physicalColumns) + " columns of " + number(device->physicalRows) + ", " +
-                              number(blockRamBytes(device)) + " bytes in all" +
+    const std::string counted = countedMemory(device).type->name;
+    if (isGeneric(device))
+        fact("stands for", std::string("parts without a record of their own; all figures are those of ") +
+                               kGENERIC_GEOMETRY + " and may not fit");
+    fact("locations",
+        number(device->logicalRows) + " rows, " + number(device->logicalColumns) + " columns of " + counted);
+    fact("configuration", number(device->physicalColumns) + " columns of " + number(device->physicalRows) + " " +
+                              counted + ", " + number(blockRamBytes(device)) + " bytes in all" +
                               (device->dieCount == 0 ? "" : ", on " + number(device->dieCount) + " dice"));
-    fact("frame", framesText(device) + " bits, " + number(device->framePadBits) + " of them padding at the head");
-    fact("block RAM offset", device->bramFrameOffset == 0 ? "none: columns in bursts of their own, or not known"
-                                                          : number(device->bramFrameOffset) + " frames");
-    fact("stream", streamText(device) + (frameDataBytes(device) == 0 ? "" : " MB"));
+    fact("frame", frameLengthText(device) + ", padding at the head " + number(device->framePadBits) + " bits");
+    fact("block RAM offset", offsetText(device));
+    fact("stream", frameDataBytes(device) == 0 ? "length not known" : streamText(device) + " MB");
     return text + "\n" + drawing(device);
 }
 

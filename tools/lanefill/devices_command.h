@@ -19,7 +19,7 @@ int runDevicesCommand(std::span<char* const> words);
 // Every record with its location arrays, in table order.
 std::vector<const TarselDeviceType*> everyDevice();
 
-// A line per device under a heading.
+// A line per device under a heading, and a legend.
 std::string deviceTable(std::span<const TarselDeviceType* const> devices);
 
 // One device with a drawing of its memory columns, a dozen lines or more.
