@@ -3,7 +3,9 @@
 #include "ParseUtils/characters.h"
 #include "ParseUtils/directive_line.h"
 #include "ParseUtils/directives.h"
+#include "ParseUtils/limits.h"
 #include "ParseUtils/look_ahead.h"
+#include "ParseUtils/numbers.h"
 #include "ParseUtils/scanner_parts.h"
 #include "SystemUtils/alerts.h"
 
@@ -13,6 +15,8 @@
 using namespace memdata;
 
 namespace {
+
+constexpr u32 kLONGEST_PLAIN_NUMBER = 32; // longer ones are rare
 
 bool copies_layout(const parse_stream* context) {
     constexpr u32 kCOPYING = kMODE_MACRO_LAYOUT | kMODE_WHITESPACE;
@@ -62,11 +66,31 @@ int push_body(const char* name, parse_stream* stream, MacroElementType* macro, b
     return 0;
 }
 
+// A simple macro that is a number, as most arguments and variables are, takes the token's place without a stream of its
+// own: what is read is the same. Its text counts like any that is pushed.
+bool becomes_number(parse_stream* stream, token_element* token, const MacroElementType* macro, int* status) {
+    if (macro->kind != kSIMPLE_MACRO || macro->bodyLength == 0 || macro->bodyLength > kLONGEST_PLAIN_NUMBER)
+        return false;
+    if (macro->bodyLength > kMAX_PUSHED_BYTES - stream->root->pushedBytes) return false; // refused when pushed
+    if (test_parse_modes(stream, kMODE_TRACE_TOKENS, true)) return false;
+    const char* end = macro->body + macro->bodyLength;
+    u32 radix = 0;
+    bool isFloat = false;
+    long double value = 0;
+    const u32 used = scanNumber(macro->body, end, get_stream_number_base(stream), true, &radix, &isFloat, &value);
+    if (used != macro->bodyLength) return false;
+    stream->root->pushedBytes += used;
+    token->numberBase = radix;
+    *status = set_token_element(token, macro->body, used, false, isFloat ? &kFLOAT_NUMBER : &kINTEGER_NUMBER, value);
+    return true;
+}
+
 bool expand_name(parse_stream* stream, token_element* token, bool quoted, int* status) {
     const symbol_entry* entry = lookup_context_symbol(token->text, false, stream->root->macroSymbols);
     if (entry == nullptr) return false;
     auto* macro = static_cast<MacroElementType*>(entry->value);
     if (test_parse_modes(stream, kMODE_TRACE_MACROS, true)) output_preprocess_trace(stream, token, "Macro", macro);
+    if (!quoted && becomes_number(stream, token, macro, status)) return false;
     bool pushed = false;
     *status = push_macro_stream(entry->name, stream, token, macro, quoted, false, &pushed);
     return pushed;
