@@ -4,6 +4,7 @@
 
 #include "ParseUtils/directive_line.h"
 #include "ParseUtils/directives.h"
+#include "ParseUtils/state.h"
 
 #include <algorithm>
 #include <iterator>
@@ -93,6 +94,7 @@ int act_on_token(parse_stream* stream, token_element* token, Outcome* outcome) {
 } // namespace
 
 void register_parsing_include_search_paths(StrList paths) {
+    registerParseFinalizer();
     gPP_include_path_list = paths;
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ParseUtils/state.h"
 
+#include "ParseUtils/preprocessor.h"
 #include "SystemUtils/lifetime.h"
 
 namespace memdata {
@@ -14,6 +15,7 @@ void finalize_parse_utils() {
     close_token_types();
     closeTokenPool();
     gParseState = {};
+    gPP_include_path_list = nullptr;
 }
 
 } // namespace
