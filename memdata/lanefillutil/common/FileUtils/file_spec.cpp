@@ -73,6 +73,7 @@ int InitializeFileSpec(fileSpecType* spec, const char* name, const char* extensi
     OwnedString fullName(memdata::newString(whole));
     if (fullName == nullptr) return 7;
 
+    spec->separator = lastSeparator(name); // ahead of the old parts' end: the name may be one of them
     for (char** part : {&spec->fullName, &spec->volume, &spec->directory, &spec->baseName, &spec->extension})
         StrDelete(*part);
     spec->fullName = fullName.release();
@@ -80,7 +81,6 @@ int InitializeFileSpec(fileSpecType* spec, const char* name, const char* extensi
     spec->directory = directory.release();
     spec->baseName = baseName.release();
     spec->extension = ownExtension.release();
-    spec->separator = lastSeparator(name);
     SetFileSpecFormatType(spec);
     return 0;
 }

@@ -46,6 +46,12 @@ TEST_F(FileSpecs, ASpecCanBeFilledAgain) {
     EXPECT_EQ(text(spec.get()), "b/c.mem = |b/|c|mem sep 47 format 13");
 }
 
+TEST_F(FileSpecs, ASpecCanBeFilledFromItsOwnParts) {
+    FileSpecOwner spec(CreateFileSpec("b/c.mem"));
+    EXPECT_EQ(InitializeFileSpec(spec.get(), spec->fullName, spec->extension), 0);
+    EXPECT_EQ(text(spec.get()), "b/c.mem = |b/|c|mem sep 47 format 13");
+}
+
 TEST_F(FileSpecs, NothingIsMadeOfANullName) {
     EXPECT_EQ(CreateFileSpec(nullptr), nullptr);
     EXPECT_EQ(InitializeFileSpec(nullptr, "x", nullptr), 3);
