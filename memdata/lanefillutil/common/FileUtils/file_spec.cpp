@@ -28,7 +28,9 @@ u8 lastSeparator(const char* name) {
 
 // A tracked copy that is marked like the buffer of a whole file, so that parsers may read it in place.
 char* copyFileData(const char* data, u64 size) {
-    char* copy = static_cast<char*>(getMemory("file data", size + memdata::kSPARE_BYTES));
+    // A size that leaves no room for the mark asks for more than there can be: the allocator reports it.
+    const u64 bytes = size > UINT64_MAX - memdata::kSPARE_BYTES ? UINT64_MAX : size + memdata::kSPARE_BYTES;
+    char* copy = static_cast<char*>(getMemory("file data", bytes));
     if (copy == nullptr) return nullptr;
     std::memcpy(copy, data, size);
     copy[size] = memdata::kEND_BYTE;

@@ -77,6 +77,16 @@ TEST_F(FileSpecs, FileDataIsCopiedAndMarkedBehindItsEnd) {
     EXPECT_EQ(std::string(kept + size, 3), std::string("\xFF\0\0", 3));
 }
 
+TEST_F(FileSpecs, FileDataBeyondTheMachineIsRefused) {
+    const CapturedAlerts alerts;
+    FileSpecOwner spec(CreateFileSpec("a"));
+    EXPECT_EQ(FileSpecSetFileData(spec.get(), "ab", 2), 0);
+    EXPECT_EQ(FileSpecSetFileData(spec.get(), "ab", UINT64_MAX), 7);
+    u64 size = 0;
+    EXPECT_STREQ(FileSpecGetFileData(spec.get(), &size), "ab\xFF");
+    EXPECT_EQ(size, 2u);
+}
+
 TEST_F(FileSpecs, FileDataOfSizeZeroIsNone) {
     FileSpecOwner spec(CreateFileSpecWithFileData("a.mem", "abc", 3));
     EXPECT_EQ(FileSpecSetFileData(spec.get(), "", 0), 0);
