@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <span>
 
@@ -30,8 +31,9 @@ void release_array(StrList list) {
 } // namespace
 
 StrList StrListNew(unsigned long n) {
-    // More entries than there are bytes: the allocator refuses what the product would be.
-    const unsigned long size = n >= ULONG_MAX / sizeof(char*) ? ULONG_MAX : (n + 1) * sizeof(char*);
+    // A list is bounded by the size in its block's header, of 32 bits. One that this can not tell asks for more than
+    // there can be: the allocator reports it.
+    const unsigned long size = n >= UINT32_MAX / sizeof(char*) ? ULONG_MAX : (n + 1) * sizeof(char*);
     void* list = getMemory(kLIST_LABEL, size);
     if (list == nullptr) throw HEXInternalException("The application has run out of memory");
     return static_cast<StrList>(list);

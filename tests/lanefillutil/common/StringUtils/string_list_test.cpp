@@ -175,6 +175,12 @@ TEST_F(StringList, ExhaustedMemoryIsThrown) {
     EXPECT_EQ(message_of([] { StrListNew(ULONG_MAX / 8); }), "The application has run out of memory");
 }
 
+TEST_F(StringList, AListLongerThanItsBlockCanTellIsNotMade) {
+    const QuietAlerts quiet;
+    const unsigned long n = (1ul << 29) - 1; // with its terminator 2^32 bytes, which the header keeps as 0
+    EXPECT_EQ(message_of([=] { StrListNew(n); }), "The application has run out of memory");
+}
+
 TEST_F(StringList, AFailedExtensionLeavesTheListAndReleasesTheString) {
     const QuietAlerts quiet;
     OwnedList list = list_of({"a"});
