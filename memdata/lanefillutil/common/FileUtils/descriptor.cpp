@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 namespace {
 
@@ -89,10 +88,12 @@ int Close_File(fileIODescriptor** file) {
 
 void memdata::abandonFile(fileIODescriptor** file) {
     if (file == nullptr || *file == nullptr) return;
-    fileIODescriptor* const open = std::exchange(*file, nullptr);
-    if (open == &StandardOut) return;
-    dropOutputTarget(open);
-    deleteDescriptor(open);
+    fileIODescriptor* const open = *file;
+    if (open != &StandardOut) {
+        dropOutputTarget(open);
+        deleteDescriptor(open); // while file, which may be StandardLog itself, still tells what it is
+    }
+    *file = nullptr;
 }
 
 bool FileIsOpen(const fileIODescriptor* file) {

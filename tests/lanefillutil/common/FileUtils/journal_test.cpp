@@ -113,6 +113,13 @@ TEST_F(Journal, ClosingTheLogAsAFileEndsTheJournal) {
     EXPECT_EQ(out.text(), "a");
 }
 
+TEST_F(Journal, ClosingStandardLogItselfEndsTheJournal) {
+    EXPECT_EQ(openLog(folder.file("run.log")), 0);
+    EXPECT_EQ(Close_File(&StandardLog), 0);
+    EXPECT_EQ(StandardLog, nullptr);
+    EXPECT_FALSE(gJournalingEnabled);
+}
+
 TEST_F(Journal, ALogThatCanNotBeWrittenIsReportedAndHarmsNothing) {
     const std::string name = folder.file("full.log");
     std::filesystem::create_symlink("/dev/full", name);
