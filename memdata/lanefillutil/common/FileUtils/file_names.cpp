@@ -93,8 +93,10 @@ int BuildNewFileName(const char* name, char** out, const char* directory, const 
 
     memdata::OwnedString built(memdata::newString(path));
     if (built == nullptr) return 7;
-    // Nothing is replaced in a name that had no extension. The comparison is exact: "MEM" is not "mem".
-    if ((attributes & kWARN_EXTENSION_REPLACED) != 0 && !parts.extension.empty() && parts.extension != extension)
+    // Nothing is replaced in a name that had no extension. The comparison is exact: "MEM" is not "mem". On purpose
+    // with the default, not with the extension that was chosen: who asks for both bits hears of a kept one too.
+    if ((attributes & kWARN_EXTENSION_REPLACED) != 0 && !parts.extension.empty() &&
+        parts.extension != textOrEmpty(defaultExtension))
         PrintWarning(kERROR_REPLACING_FILE_EXTENSION, 0, name, std::string(textOrEmpty(defaultExtension)),
             std::string(extension));
     *out = built.release();

@@ -36,8 +36,8 @@ char* CopyFileName(const char* name);                       // null gives null
 char* CatFileName(const char* directory, const char* name); // with a "/" between them where it is missing
 // The name under which a file is opened: directory (a "/" is added when missing; null or "" keeps that of name), base
 // name + suffix, ".", extension. A name without an extension takes defaultExtension; another keeps its own with
-// kKEEP_EXTENSION, else defaultExtension replaces it, with a warning under kWARN_EXTENSION_REPLACED when the two
-// differ. An empty extension brings no dot. Status 0; 3 a null argument; 7 no memory.
+// kKEEP_EXTENSION, else defaultExtension replaces it. Under kWARN_EXTENSION_REPLACED there is a warning when the two
+// differ, also for one that is kept. An empty extension brings no dot. Status 0; 3 a null argument; 7 no memory.
 int BuildNewFileName(const char* name, char** out, const char* directory, const char* defaultExtension,
     const char* suffix, u32 attributes);
 

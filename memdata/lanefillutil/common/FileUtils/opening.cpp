@@ -101,9 +101,10 @@ int OpenDiskFile(fileSpecType* spec, const char* directory, const char* defaultE
         return PrintError(kERROR_EMPTY_FILE_NAME, 1, defaultExtension);
     }
     const bool reads = (attributes & kWRITE_ACCESS) == 0;
+    // An input keeps its extension by itself: of that there is nothing to warn about.
+    const u32 naming = reads ? (attributes | kKEEP_EXTENSION) & ~kWARN_EXTENSION_REPLACED : attributes;
     OwnedString built;
-    if (int status = BuildNewFileName(spec->fullName, built.out(), directory, defaultExtension, suffix,
-            reads ? attributes | kKEEP_EXTENSION : attributes);
+    if (int status = BuildNewFileName(spec->fullName, built.out(), directory, defaultExtension, suffix, naming);
         status != 0)
         return status;
     gFileState.outputFileNameBuffer = built.get();

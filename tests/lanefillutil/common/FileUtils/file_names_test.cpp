@@ -115,10 +115,17 @@ TEST_F(FileNames, ExtensionsAreComparedExactlyForTheWarning) {
 }
 
 TEST_F(FileNames, AGivenExtensionIsKeptOnRequest) {
-    CapturedAlerts alerts;
-    EXPECT_EQ(built("x.txt", "", "mem", "", kKEEP_EXTENSION | kWARN_EXTENSION_REPLACED), "x.txt");
+    EXPECT_EQ(built("x.txt", "", "mem", "", kKEEP_EXTENSION), "x.txt");
     EXPECT_EQ(built("x", "", "mem", "", kKEEP_EXTENSION), "x.mem");
-    EXPECT_EQ(alerts.text(), "");
+}
+
+TEST_F(FileNames, AKeptExtensionIsWarnedAboutWhenItIsNotTheDefault) {
+    CapturedAlerts alerts;
+    EXPECT_EQ(built("x.mem", "", "mem", "", kKEEP_EXTENSION | kWARN_EXTENSION_REPLACED), "x.mem");
+    EXPECT_EQ(built("x", "", "mem", "", kKEEP_EXTENSION | kWARN_EXTENSION_REPLACED), "x.mem");
+    EXPECT_EQ(alerts.take(), "");
+    EXPECT_EQ(built("x.txt", "", "mem", "", kKEEP_EXTENSION | kWARN_EXTENSION_REPLACED), "x.txt");
+    EXPECT_NE(alerts.take().find("Lanefill:115"), std::string::npos);
 }
 
 TEST_F(FileNames, ADirectoryReplacesThePathOfTheName) {

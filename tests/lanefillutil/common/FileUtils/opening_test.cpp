@@ -219,9 +219,11 @@ TEST_F(Opening, ASecondOutputUnderTheNameOfAnOpenOneIsRefused) {
 }
 
 TEST_F(Opening, AnInputKeepsItsExtension) {
+    CapturedAlerts alerts;
     fileIODescriptor* file = nullptr;
-    EXPECT_EQ(openDisk(folder.write("a.txt", "x"), "mem", kTEXT_READ, &file), 0);
+    EXPECT_EQ(openDisk(folder.write("a.txt", "x"), "mem", kTEXT_READ | kWARN_EXTENSION_REPLACED, &file), 0);
     Close_File(&file);
+    EXPECT_EQ(alerts.text(), "");
 }
 
 TEST_F(Opening, AnInputWithoutExtensionTakesTheDefault) {
