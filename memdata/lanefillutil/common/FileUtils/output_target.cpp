@@ -46,6 +46,7 @@ bool standsInProc(const std::string& path) {
 OutputTarget followLinks(const char* name) {
     OutputTarget target;
     target.path = name;
+    if (target.path.empty()) return target; // or it would stand for the working folder
     for (int links = 0; links <= kMAX_LINKS; ++links) {
         struct stat found {};
         if (lstat(target.path.c_str(), &found) != 0) {

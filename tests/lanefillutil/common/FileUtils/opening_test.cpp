@@ -125,6 +125,11 @@ TEST_F(Opening, NullArgumentsAreAStatus) {
     EXPECT_EQ(SearchAndOpenDiskReadFile(nullptr, "mem", "", nullptr, kTEXT_READ, &file), 3);
 }
 
+TEST_F(Opening, AFileWithoutANameIsRefused) {
+    EXPECT_EQ(refused("", kTEXT_READ), openingAlert(""));
+    EXPECT_EQ(refused("", kTEXT_WRITE), creatingAlert(""));
+}
+
 TEST_F(Opening, AnEmptyNameIsReported) {
     CapturedAlerts alerts;
     fileIODescriptor* file = nullptr;
