@@ -13,8 +13,8 @@ inline constexpr int kPREPROCESS_FAILURE = 21;
 // is not passed over in search of more.
 inline constexpr u32 kLINE_MODES = kMODE_LINE_ENDS | kMODE_NO_DIRECTIVES | kMODE_NO_AUTO_POP | kMODE_MACRO_LAYOUT;
 
-// Modes and states of one context, the active one unless another is given, as a scope. They are put back wherever the context stands on the stack then: a macro
-// that the line has opened may stand above it.
+// Modes and states of one context, the active one unless another is given, as a scope. They are put back wherever the
+// context stands on the stack then: a macro that the line has opened may stand above it.
 class DirectiveModes {
 public:
     struct Of {
