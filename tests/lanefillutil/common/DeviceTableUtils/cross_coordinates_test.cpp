@@ -336,6 +336,47 @@ TEST_F(CrossCoordinates, AMemoryOfAnotherDeviceIsPlacedByRule) {
     EXPECT_EQ(mapping.at(6, 1).lane, lane.get());
 }
 
+TEST_F(CrossCoordinates, ALaneOnAHoleThatOnlyItsPhysicalArrayKnowsIsAbsent) {
+    Mapping mapping("td2e36"); // X1Y4 is missing, which a location alone does not tell
+    const Lane lane = mapping.lane("top/a", "RAMB4", 1, 4);
+    EXPECT_EQ(mapping.record_lane(lane), 0);
+    EXPECT_EQ(mapping.at(4, 1).exists, k_);
+    EXPECT_EQ(mapping.at(4, 1).lane, lane.get());
+}
+
+TEST_F(CrossCoordinates, ALaneStandsInItsOwnColumnUnderItsOwnRow) {
+    Mapping mapping("tq7a5");
+    initialize_cross_coordinate_lookup_table(&mapping.record);
+    const Lane lane = mapping.lane("top/a", "RAMB36", 1, 7);
+    // Set as the memory of X0Y10: row 10 of the lane's column takes the lane.
+    EXPECT_EQ(set_cross_coordinate_lookup_table_element(
+                  &mapping.record, 1, lane->memory->type, lane->memory->physicalLocs, 0, 0, 10, 0, lane.get()),
+        0);
+    EXPECT_EQ(mapping.at(0, 0).lane, nullptr);
+    EXPECT_EQ(mapping.at(0, 0).row, 10);
+    EXPECT_EQ(mapping.at(0, 1).lane, lane.get());
+    EXPECT_EQ(mapping.at(0, 1).row, 7);
+    EXPECT_EQ(mapping.at(0, 1).column, 1);
+}
+
+TEST_F(CrossCoordinates, ALaneWhoseMemoryHasNoArrayTakesTheTableOfTheFamily) {
+    Mapping mapping("td2e40");
+    initialize_cross_coordinate_lookup_table(&mapping.record);
+    Lane lane = mapping.lane("top/a", "RAMB4", 0, 0);
+    const BRAMPhysLocDataType* array = lane->memory->physicalLocs;
+    MEMORYLocType bare = *lane->memory;
+    bare.physicalLocs = nullptr;
+    lane->memory = &bare;
+    TarselDeviceType device = *mapping.record.device;
+    TarselFamilyType family = *device.family;
+    family.decodeTable = tarsel2DecodeTables;
+    device.family = &family;
+    mapping.record.device = &device;
+    EXPECT_EQ(
+        set_cross_coordinate_lookup_table_element(&mapping.record, 1, bare.type, array, 0, 0, 0, 0, lane.get()), 0);
+    EXPECT_EQ(mapping.at(0, 0).table, tarsel2DecodeTables);
+}
+
 // All devices against a slow search.
 
 TEST_F(CrossCoordinates, AnswersEqualASlowSearchOnEveryDevice) {

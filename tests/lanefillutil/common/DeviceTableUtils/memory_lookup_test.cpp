@@ -176,6 +176,30 @@ TEST_F(MemoryLookup, ASecondDefinitionKeepsTheFirstSizesAndTakesTheToken) {
     EXPECT_EQ(userTypes(), 1u);
 }
 
+TEST_F(MemoryLookup, OnlyTheWordMemoryAsItStandsMakesATypeEachTime) {
+    MEMORYLocType* first = define("Memory");
+    EXPECT_EQ(define("memory"), first);
+    EXPECT_NE(define("MEMORY"), first);
+    EXPECT_NE(define("MEMORY"), nullptr);
+    EXPECT_EQ(userTypes(), 3u);
+}
+
+TEST_F(MemoryLookup, AHitBuildsTheArraysThatADeviceLacks) {
+    TarselDeviceType lacking = *device("tq7a5");
+    lacking.memoryLocs[3].logicalLocs = nullptr;
+    EXPECT_NE(get_MEMORY_type_from_name(&lacking, "RAMB36")->logicalLocs, nullptr);
+    lacking.memoryLocs[3].logicalLocs = nullptr;
+    EXPECT_NE(get_MEMORY_type_from_token(&lacking, &kBRAM_RAMB36_KEYWORD)->logicalLocs, nullptr);
+}
+
+TEST_F(MemoryLookup, AHitAmongTheUsersTypesBuildsThemToo) {
+    TarselDeviceType lacking = *device("tq7a5");
+    lacking.memoryLocs[0].physicalLocs = nullptr;
+    define("mine");
+    ASSERT_NE(get_MEMORY_type_from_name(&lacking, "mine"), nullptr);
+    EXPECT_NE(lacking.memoryLocs[0].physicalLocs, nullptr);
+}
+
 TEST_F(MemoryLookup, ADefinitionOfAStaticNameReplacesItsTokenAlone) {
     const token_type word{&kMEMORY_TYPE_TOKEN, 2, 11, 0};
     EXPECT_EQ(define("RAMB16", 1, &word)->type, &T2RAMB16_BRAM);

@@ -82,6 +82,27 @@ TEST_F(TableBuilders, GiveEveryHalfTheLowerTable) {
         EXPECT_EQ(copy->memoryLocs[0].physicalLocs[i].decodeTable, T5_18LowerDecodeTable) << i;
 }
 
+TEST_F(TableBuilders, GiveHalvesWithoutFramesNoTable) {
+    const TarselDeviceType* device = get_device_record_by_name("tp7a11");
+    const auto copy = bare(*device);
+    build_missing_lookup_tables(copy.get(), &copy->memoryLocs[0]);
+    const size_t count = size_t{device->logicalRows} * device->logicalColumns * 2;
+    size_t without = 0;
+    for (size_t i = 0; i < count; ++i) {
+        const bool none = copy->memoryLocs[0].physicalLocs[i].decodeTable == nullptr;
+        EXPECT_EQ(none, device->memoryLocs[0].physicalLocs[i].decodeTable == nullptr) << i;
+        without += none;
+    }
+    EXPECT_EQ(without, 20u); // X0Y20 to X0Y29
+}
+
+TEST_F(TableBuilders, DeriveHalvesForAFirstTypeOfTheirSizeAlone) {
+    const auto copy = bare(*get_device_record_by_name("tq7a5"));
+    copy->memoryLocs[0].type = &D6RAMB8_BRAM;
+    build_missing_lookup_tables(copy.get(), &copy->memoryLocs[0]);
+    EXPECT_EQ(copy->memoryLocs[0].physicalLocs, nullptr);
+}
+
 TEST_F(TableBuilders, LeaveTheFirstTwoGenerationsAlone) {
     for (const TarselFamilyType* family : {&kDunmareIIEFamilyTable, &kDunmareIIIaFamilyTable, &kTarselIIFamilyTable}) {
         const TarselDeviceType* device = devicesOf(*family).back();
