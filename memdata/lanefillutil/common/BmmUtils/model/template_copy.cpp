@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr u64 kPOINTER_BYTES = sizeof(void*); // of an entry in the arrays of blocks and lanes
+
 using OwnedFileSpec = memdata::Tracked<fileSpecType, DeleteFileSpec>;
 
 // What all levels of a copy need.
@@ -82,7 +84,7 @@ int copy_block(const CopyType& copy, const BusBlockType* original, AddressRangeD
     if (owned == nullptr) return OUT_OF_MEMORY("busBlock", sizeof(BusBlockType));
     BusBlockType* block = range->busBlocks[range->busBlockCount++] = owned.release();
     block->lanes = memdata::newBitLaneArray(original->laneCount);
-    if (block->lanes == nullptr) return OUT_OF_MEMORY("busBlock", original->laneCount * sizeof(BitLaneArrayType));
+    if (block->lanes == nullptr) return OUT_OF_MEMORY("busBlock", original->laneCount * kPOINTER_BYTES);
     int status = 0;
     for (u64 i = 0; i < original->laneCount && status == 0; ++i) status = copy_lane(copy, original->lanes[i], block);
     if (block->laneCount != 0) block->laneListOrder = kBitLaneListOrderDataFirst; // there are no others
@@ -95,8 +97,7 @@ int copy_range(const CopyType& copy, const AddressRangeDefType* original) {
     if (range == nullptr) return OUT_OF_MEMORY("addressRange", sizeof(AddressRangeDefType));
     insert_addressRange_element(copy.space, range);
     range->busBlocks = memdata::newBusBlockArray(original->busBlockCount);
-    if (range->busBlocks == nullptr)
-        return OUT_OF_MEMORY("addressRange", original->busBlockCount * sizeof(BusBlockArrayType));
+    if (range->busBlocks == nullptr) return OUT_OF_MEMORY("addressRange", original->busBlockCount * kPOINTER_BYTES);
     int status = 0;
     for (u64 i = 0; i < original->busBlockCount && status == 0; ++i)
         status = copy_block(copy, original->busBlocks[i], range);
