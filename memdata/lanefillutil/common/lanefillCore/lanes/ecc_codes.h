@@ -7,17 +7,10 @@
 #ifndef MEMDATA_LANEFILL_CORE_ECC_CODES_H
 #define MEMDATA_LANEFILL_CORE_ECC_CODES_H
 
+#include "BmmUtils/model/text.h" // ECC types of a bus block
 #include "lanefillCore/lanes/bus_word.h"
 
 #include <array>
-
-// ECC types of a bus block.
-inline constexpr u32 kECC_NONE = 0;
-inline constexpr u32 kECC_H32_7 = 1;
-inline constexpr u32 kECC_H64_8 = 2;
-inline constexpr u32 kECC_HSIAO32_7 = 3;
-inline constexpr u32 kECC_HSIAO64_8 = 4;
-inline constexpr u32 kECC_HSIAO128_9 = 5;
 
 // A matrix record: data bit count, check bit count, then for each data bit, most significant first, one byte
 // (0 or 1) per check bit, check 0 first.
