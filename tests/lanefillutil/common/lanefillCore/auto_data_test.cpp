@@ -43,6 +43,13 @@ TEST(AutoData, WordsBehindTheFileKeepWhatTheyHold) {
     EXPECT_EQ(dumpData(space), "lane a 0: 09 02 03\n");
 }
 
+TEST(AutoData, WordsBehindTheFileAlsoStayInAMirroredLane) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB16", {"a[0:7]"});
+    EXPECT_EQ(fill(space, map.lane("a"), {"a.mem", {{2, {0x01}}, {0, {0x02}}}}), 0);
+    EXPECT_EQ(dumpData(space), "lane a 0: 40 00 80\n");
+}
+
 TEST(AutoData, BytesAreNotSwappedAndCheckLanesNotTouched) {
     TestMap map;
     AddressSpaceDefType* space = map.space("ram", 0, "RAMB16", {"a[31:0] e[7:0] ECCH64-8"});

@@ -75,8 +75,10 @@ void transform_bitLane_value(
     if (element->parityWidth > 0) takeParity(element, source, bus);
 
     const unsigned bits = memdata::laneDataBits(element);
+    const bool isNew = source->GetNumberBufferBitsRemaining() > 0;
     u64 word = nextWord(source, bits, swapWidth, lane->dataChunks);
-    if (element->bitOrdering == kBIT_ORDERING_ASCENDING) word = reverseDataBits(bits, word);
+    // A word that stays as the lane holds it has been mirrored already.
+    if (isNew && element->bitOrdering == kBIT_ORDERING_ASCENDING) word = reverseDataBits(bits, word);
 
     lane->dataChunks->PutNextTransformChunk(bits, memdata::swapLaneBytes(swapWidth, word));
     lane->dataChunks->SkipBits(memdata::laneSlotBits(bits) - bits);

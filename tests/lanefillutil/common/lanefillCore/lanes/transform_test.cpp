@@ -117,6 +117,23 @@ TEST(Transform, ASourceThatEndsInsideAWordKeepsTheOldLowBits) {
     EXPECT_EQ(stored(space, 0, {0xAA, 0xBB}), "lane w 0: 44 33 BB AA\n"); // 0xAABB3344
 }
 
+TEST(Transform, ASourceThatEndsInsideASwappedWordKeepsTheOldLowBitsOfItsLogicalForm) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB16", {"w[31:0]"});
+    space->ranges->busBlocks[0]->lanePitch = 32;
+    ASSERT_EQ(store(space, 0, {0x11, 0x22, 0x33, 0x44}), 0);
+    EXPECT_EQ(stored(space, 0, {0xAA, 0xBB}), "lane w 0: AA BB 33 44\n");
+}
+
+// All that a source can leave of a word's data bits is the word itself: it is not turned round a second time.
+TEST(Transform, ASourceThatEndsBehindTheParityBitsKeepsAMirroredWord) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB18", {"p[0:8]"}, {.wordAddressing = true});
+    ASSERT_EQ(store(space, 0, {0x00, 0x10, 0x01}), 0);
+    EXPECT_EQ(dumpData(space), "lane p 0: 80 80\n");
+    EXPECT_EQ(stored(space, 0, {0x00, 0x10}), "lane p 0: 80 80\n");
+}
+
 TEST(Transform, ASourceThatEndsAtALaneInsideABusWordLeavesTheOtherLanes) {
     TestMap map;
     AddressSpaceDefType* space = map.space("ram", 0, "RAMB4", {"a[15:8] b[7:0]"});
