@@ -56,13 +56,21 @@ struct Shape {
     bool leOrder;
     bool wordAddressing;
     u64 startAddress;
+    bool shortDevice;    // the devices hold fewer words than the block counts
+    bool shortParity;    // the same of their parity bits
+    bool unlikeLane;     // the last data lane differs from the others
+    unsigned unlikeBits; // its data bits
+    unsigned unlikeParityBits;
+    u32 unlikeOrdering;
     u64 blockWords = kBLOCK_WORDS;
 
     std::string text() const {
         std::ostringstream out;
         out << "lanes " << laneCount << " of " << laneBits << "+" << parityBits << ", blocks " << blockCount
             << ", ordering " << ordering << ", pitch " << lanePitch << ", ecc " << eccType << " in " << eccWidths.size()
-            << ", le " << leOrder << ", words " << wordAddressing << ", start " << startAddress;
+            << ", le " << leOrder << ", words " << wordAddressing << ", start " << startAddress << ", short "
+            << shortDevice << shortParity << ", unlike " << unlikeLane << " of " << unlikeBits << "+"
+            << unlikeParityBits << " ordering " << unlikeOrdering;
         return out.str();
     }
 };
@@ -79,9 +87,15 @@ Shape randomShape(Dice& dice) {
     shape.wordAddressing = shape.parityBits > 0 && dice.oneIn(2);
     shape.startAddress = dice.oneIn(2) ? 0 : dice.below(1u << 20) * 64;
     if (dice.oneIn(2)) {
-        shape.eccType = static_cast<u32>(1 + dice.below(5));
+        shape.eccType = static_cast<u32>(1 + dice.below(6));
         for (u64 lanes = 1 + dice.below(3); lanes > 0; --lanes) shape.eccWidths.push_back(dice.pick({4u, 7u, 8u, 9u}));
     }
+    shape.shortDevice = dice.oneIn(8);
+    shape.shortParity = dice.oneIn(8);
+    shape.unlikeLane = dice.oneIn(8);
+    shape.unlikeBits = dice.oneIn(2) ? shape.laneBits : dice.pick({4u, 8u, 16u, 32u});
+    shape.unlikeParityBits = dice.oneIn(2) ? shape.parityBits : dice.pick({0u, 1u, 2u, 4u});
+    shape.unlikeOrdering = dice.oneIn(2) ? shape.ordering : kBIT_ORDERING_ASCENDING;
     return shape;
 }
 
@@ -145,8 +159,11 @@ private:
         MEMORYType type{};
         const u64 words = shape.blockWords + 3; // a lane may begin a word later, and check lanes count for themselves
         type.dataBits = words * std::max<u64>(laneSlotBits(shape.laneBits), 16) / 8 * 8 + 64;
-        type.parityBits = shape.parityBits == 0 ? 0 : static_cast<u32>((words * shape.parityBits + 15) / 8 * 8);
-        type.hasParityWidths = shape.parityBits > 0;
+        const unsigned parityBits = std::max(shape.parityBits, shape.unlikeLane ? shape.unlikeParityBits : 0);
+        type.parityBits = parityBits == 0 ? 0 : static_cast<u32>((words * parityBits + 15) / 8 * 8);
+        type.hasParityWidths = parityBits > 0;
+        if (shape.shortDevice) type.dataBits = shape.blockWords * laneSlotBits(shape.laneBits) / 16 * 8 + 8;
+        if (shape.shortParity && parityBits > 0) type.parityBits = 8;
         return type;
     }
 
@@ -187,6 +204,10 @@ private:
         block.eccLaneCount = shape.eccWidths.size();
         auto& data = arrays_.emplace_back();
         for (u64 i = 0; i < shape.laneCount; ++i) data.push_back(newLane(shape, shape.laneBits, shape.parityBits, 0));
+        if (shape.unlikeLane) {
+            data.back() = newLane(shape, shape.unlikeBits, shape.unlikeParityBits, 0);
+            data.back()->bitOrdering = shape.unlikeOrdering;
+        }
         block.lanes = data.data();
         auto& ecc = arrays_.emplace_back();
         for (const unsigned width : shape.eccWidths) {
@@ -208,6 +229,15 @@ private:
     std::list<std::vector<u8>> buffers_;
 };
 
+// A source that stands inside a byte, as the rest of a segment does behind a block of odd lanes.
+int restThrough(Space& space, u64 address, std::vector<u8>& bytes, u64 firstBit, TransformPath path) {
+    AddressRangeDefType* range = space.get()->ranges;
+    BufferChunkAccess source =
+        BufferChunkAccess::OverWholeBuffer(bytes.data(), bytes.size() * 8, kDATA_ORDER, firstBit, 1);
+    return transformBusBlock(
+        "a.elf", range, range->busBlocks[0], address, &source, space.get()->leLaneOrderApplied, path);
+}
+
 std::string segmentsThrough(const Shape& shape, u64 seed, TransformPath path) {
     Space space(shape);
     space.fill(seed);
@@ -217,6 +247,9 @@ std::string segmentsThrough(const Shape& shape, u64 seed, TransformPath path) {
         std::vector<u8> bytes(1 + dice.below(2 * space.byteCount() + 8));
         for (u8& byte : bytes) byte = dice.byte();
         EXPECT_EQ(transformSegment("a.elf", space.get(), address, bytes.data(), bytes.size(), path), 0);
+        if (dice.oneIn(4)) {
+            EXPECT_EQ(restThrough(space, shape.startAddress, bytes, dice.below(8), path), 0);
+        }
     }
     return space.text();
 }
@@ -259,6 +292,19 @@ TEST(FastLanes, GiveWhatThePlainFormGivesOverLongRuns) {
                             segmentsThrough(shape, 1, TransformPath::kPLAIN))
                     << shape.text();
             }
+}
+
+TEST(FastLanes, GiveWhatThePlainFormGivesOnTheWidestBuses) {
+    const SystemResources resources;
+    for (const u64 laneCount : {256ul, 257ul, 2048ul, 2049ul}) {
+        Shape shape{};
+        shape.laneBits = 8;
+        shape.laneCount = laneCount;
+        shape.blockCount = 1;
+        EXPECT_TRUE(
+            segmentsThrough(shape, 1, TransformPath::kBY_SHAPE) == segmentsThrough(shape, 1, TransformPath::kPLAIN))
+            << shape.text();
+    }
 }
 
 } // namespace
