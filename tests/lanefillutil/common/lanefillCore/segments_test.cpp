@@ -185,6 +185,19 @@ TEST_F(Segments, AnUnknownTagEndsTheFileWithTheStatusOfTheLookUp) {
         alerts.text(), HasSubstr("ERROR:Lanefill:80 - ADDRESS_SPACE or ADDRESS_MAP tag name 'other' was not found."));
 }
 
+TEST_F(Segments, FilesOfACountOfNoTagsTakeTheSpacesOneAfterTheOther) {
+    AddressSpaceDefType* one = map.space("one", 0, "RAMB4", {"a[7:0]"});
+    map.map("cpu", "PPC405");
+    AddressSpaceDefType* two = map.space("two", 0, "RAMB4", {"b[7:0]"});
+    const OwnedRequest next = request();
+    next->tagCount = 0;
+    EXPECT_EQ(translate({"one.elf", {{0, {1}}}}, next.get()), 0);
+    EXPECT_EQ(translate({"two.elf", {{0, {2}}}}, next.get()), 0);
+    EXPECT_EQ(dumpData(one), "lane a 0: 01\n");
+    EXPECT_EQ(dumpData(two), "lane b 0: 02\n");
+    EXPECT_EQ(translate({"three.elf", {{0, {3}}}}, next.get()), 4);
+}
+
 // Start addresses.
 
 const TransformRangeType* rangeAt(const AddressSpaceDefType* space, u64 address) {
