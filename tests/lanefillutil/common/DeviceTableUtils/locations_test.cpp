@@ -391,6 +391,17 @@ TEST_F(Locations, AFrameColumnWithoutBlockRamIsRefused) {
     EXPECT_EQ(column, 1);
 }
 
+TEST_F(Locations, AMapMayBeginWithAColumnWithoutBlockRam) {
+    TarselDeviceType device = *get_device_record_by_name("td2e8");
+    device.columnMap[0] = -1;
+    device.columnMap[1] = 0;
+    i32 column = 7;
+    EXPECT_FALSE(translate_logical_column_number(&device, 0, &column));
+    EXPECT_EQ(column, -1);
+    EXPECT_TRUE(translate_logical_column_number(&device, 1, &column));
+    EXPECT_EQ(column, 0);
+}
+
 TEST_F(Locations, AFrameColumnBeyondTheMapIsRefused) {
     const TarselDeviceType* device = get_device_record_by_name("td2e8");
     for (i32 frameColumn : {4, 24, 25, 255, -1}) {
