@@ -112,6 +112,14 @@ TEST_F(Segments, AtTheLastAddressAreNotBehindIt) {
     EXPECT_EQ(translate({"app.elf", {{0xFFFFFFFFFFFFFFFF, {1}}}}), 0);
 }
 
+TEST_F(Segments, AtTheEndOfAllAddressesReachTheLastWordOfTheirLane) {
+    AddressSpaceDefType* space = map.space("top", 0xFFFFFFFFFFFFFE00, "RAMB4", {"a[7:0]"});
+    EXPECT_EQ(translate({"app.elf", {{0xFFFFFFFFFFFFFFFE, {0x11, 0x22}}}}), 0);
+    EXPECT_EQ(dumpData(space), "lane a 510: 11 22\n");
+    EXPECT_EQ(dumpRanges(space), "space 0xFFFFFFFFFFFFFFFE+2 app.elf\n"
+                                 "lane a 0x1FE+512 app.elf\n");
+}
+
 TEST_F(Segments, TheLaterOfTwoEqualOnesWins) {
     AddressSpaceDefType* space = map.space("ram", 0, "RAMB4", {"a[7:0]"});
     EXPECT_EQ(translate({"one.elf", {{0, {1, 2}}}}), 0);

@@ -239,6 +239,44 @@ TEST(Transform, ASourceThatEndsInsideABusWordStillGivesAWholeCheckValue) {
     EXPECT_EQ(stored(space, 0, {0x12}), both); // lane b keeps 1, and counts
 }
 
+// Only the low 32 bits of a word that the source does not reach count.
+TEST(Transform, AWordThatTheSourceDoesNotReachIsCutTo32BitsInTheCheckValue) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB36", {"a[63:32] b[31:0] e[7:0] ECCH64-8"});
+    BusBlockType* block = space->ranges->busBlocks[0];
+    space->ranges->laneWidth = 64;
+    for (u64 i = 0; i < 2; ++i) block->lanes[i]->laneWidth = 64;
+    ASSERT_EQ(store(space, 0, {0, 0, 0, 0, 0, 0, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 1}), 0);
+    EXPECT_EQ(stored(space, 0, {0, 0, 0, 0, 0, 0, 0, 0}), "lane b 0: 01 00 00 00 00 00 00 80\n"
+                                                          "lane e 0: E3\n"); // of the word 1
+}
+
+TEST(Transform, AWordThatTheSourceDoesNotReachIsSwappedBackForTheCheckValue) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB16", {"a[63:32] b[31:0] e[7:0] ECCH64-8"});
+    space->ranges->busBlocks[0]->lanePitch = 32;
+    ASSERT_EQ(store(space, 0, {0, 0, 0, 0, 0, 0, 0, 1}), 0);
+    EXPECT_EQ(stored(space, 0, {0, 0, 0, 0}), "lane b 3: 01\n"
+                                              "lane e 0: E3\n");
+}
+
+// The lanes ahead of the start are not read back.
+TEST(Transform, ACheckValueOfAStartInMidBusWordIsThatOfTheLanesFromThereOn) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB16", {"a[15:8] b[7:0] e[7:0] ECCH64-8"});
+    ASSERT_EQ(store(space, 0, {0x77, 0}), 0);
+    EXPECT_EQ(stored(space, 1, {1}), "lane a 0: 77\n"
+                                     "lane b 0: 01\n"
+                                     "lane e 0: E3\n");
+}
+
+TEST(Transform, MirroredLanesEnterTheCheckValueMirrored) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB16", {"a[0:7] e[7:0] ECCH64-8"});
+    EXPECT_EQ(stored(space, 0, {0x80}), "lane a 0: 01\n"
+                                        "lane e 0: E3\n");
+}
+
 TEST(Transform, AnEccTypeAboveFiveGivesCheckBitsOfZero) {
     TestMap map;
     AddressSpaceDefType* space = map.space("ram", 0, "RAMB16", {"a[7:0] e[7:0] ECCH64-8"});

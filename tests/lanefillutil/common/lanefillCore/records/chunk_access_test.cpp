@@ -108,6 +108,22 @@ TEST(ChunkAccess, AStartBehindTheEndLeavesACountThatReadsAsNonZeroAndTouchesNoth
     EXPECT_EQ(bytes, (Bytes{0xFF, 0xFF}));
 }
 
+// Nothing of so large a buffer is touched, and none is there.
+TEST(ChunkAccess, OverAWholeBufferCountsIn64Bits) {
+    Bytes bytes(1);
+    const u64 bits = u64{1} << 33;
+    EXPECT_EQ(BufferChunkAccess::OverWholeBuffer(bytes.data(), bits, kBIT_LANE_ORDER, 0, 8).bitsRemaining, bits);
+    const BufferChunkAccess late = BufferChunkAccess::OverWholeBuffer(bytes.data(), bits, kBIT_LANE_ORDER, 1u << 29, 8);
+    EXPECT_EQ(late.bitsRemaining, bits / 2);
+    EXPECT_EQ(late.current - late.buffer, i64{1} << 29);
+}
+
+TEST(ChunkAccess, OverAWholeBufferAStartBehindTheEndLeavesNothing) {
+    Bytes bytes(2);
+    for (const u64 start : {u64{2}, u64{3}, UINT64_MAX})
+        EXPECT_EQ(BufferChunkAccess::OverWholeBuffer(bytes.data(), 16, kBIT_LANE_ORDER, start, 8).bitsRemaining, 0u);
+}
+
 TEST(ChunkAccess, ReadsDataOrderWithTheFirstUnitMostSignificant) {
     Bytes bytes = {0xAA, 0xBB, 0xCC, 0xDD};
     BufferChunkAccess access = dataOrder(bytes);
