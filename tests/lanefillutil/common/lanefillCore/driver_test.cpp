@@ -93,6 +93,56 @@ TEST_F(Driver, ADataFileWithoutAMapDoesNothing) {
     EXPECT_EQ(run(), 0);
 }
 
+TEST_F(Driver, AnImageComesBeforeADump) {
+    options.imageFile = CreateFileSpec("boot.img");
+    options.dumpEnabled = true;
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(alerts.text(), "");
+}
+
+TEST_F(Driver, AnImageBesideAMapAndABitFileDoesNothingAndSucceeds) {
+    options.imageFile = CreateFileSpec("boot.img");
+    options.bitFile = CreateFileSpec("no/such.bit");
+    addMap("no/such.bmm");
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(alerts.text(), "");
+}
+
+TEST_F(Driver, AFileToPreprocessComesBeforeABitFile) {
+    options.preprocessFile = CreateFileSpec("no/such.bmm");
+    options.bitFile = CreateFileSpec("top.bit");
+    EXPECT_NE(run(), 0);
+    EXPECT_NE(alerts.text(), "");
+}
+
+TEST_F(Driver, AFileToPreprocessIsLeftBesideADataFileOrAMap) {
+    options.preprocessFile = CreateFileSpec("no/such.bmm");
+    addData("app.elf");
+    EXPECT_EQ(run(), 0);
+    delete_BD_switch_data_list(&options.bdList);
+    addMap("named.txt", kBMM_NAMING_FILE);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(alerts.text(), "");
+}
+
+TEST_F(Driver, TheSpecThatNamesTheMappingNeedNotBeTheFirst) {
+    addMap("first.txt", 0);
+    addMap("named.txt", kBMM_NAMING_FILE);
+    AddressMappingType* mapping = nullptr;
+    ASSERT_EQ(open_bmm_addressMapping(&options, &mapping), 0);
+    EXPECT_STREQ(mapping->bmmBaseName, "named.bmm");
+    close_bmm_addressMapping(&mapping);
+}
+
+TEST_F(Driver, WithoutASpecThatNamesItTheMappingHasTheNameOfTheFirst) {
+    addMap("first.txt", 0);
+    addMap("second.txt", 0);
+    AddressMappingType* mapping = nullptr;
+    ASSERT_EQ(open_bmm_addressMapping(&options, &mapping), 0);
+    EXPECT_STREQ(mapping->bmmBaseName, "first.bmm");
+    close_bmm_addressMapping(&mapping);
+}
+
 TEST_F(Driver, OpeningNoMapsIsAnErrorUnlessItIsForADump) {
     AddressMappingType* mapping = nullptr;
     EXPECT_EQ(open_bmm_addressMapping(&options, &mapping), 1);
