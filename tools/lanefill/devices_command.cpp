@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
-#include <ranges>
 #include <string_view>
 
 namespace memdata {
@@ -88,8 +87,9 @@ std::string offsetText(const TarselDeviceType* device) {
 
 // A record for a whole line of devices, with borrowed figures.
 bool isGeneric(const TarselDeviceType* device) {
-    const auto isRecord = [device](size_t index) { return device == &kTarselDeviceTable[index]; };
-    return std::ranges::any_of(std::views::iota(size_t{0}, kGENERIC_ROWS.size()), isRecord);
+    for (size_t index = 0; index < kGENERIC_ROWS.size(); ++index)
+        if (device == &kTarselDeviceTable[index]) return true;
+    return false;
 }
 
 // Rows of locations on one line of a drawing: a group of the device, else as many as keep the drawing short, whole

@@ -10,6 +10,8 @@
 #include "lanefillCore/auto_data.h"
 #include "lanefillCore/data_files.h"
 
+#include <new>
+
 namespace {
 
 constexpr const char* kUNNAMED_MAPPING = "Auto_Generated.bmm";
@@ -102,10 +104,7 @@ int runWithMap(CmdStringOptionsType* options, const Jobs& jobs, AddressMappingTy
     return writeMaps(options, mapping);
 }
 
-} // namespace
-
-int execute_command_line_options(CmdStringOptionsType* options) {
-    if (options == nullptr) return PrintError(kERROR_MESSAGE_STRING, 3, "There are no options to carry out.");
+int execute(CmdStringOptionsType* options) {
     const Jobs jobs = jobsOf(options);
     int status = 0;
     if (runWithoutMap(options, jobs, &status)) return status;
@@ -119,6 +118,17 @@ int execute_command_line_options(CmdStringOptionsType* options) {
     StrListDelete(options->workflowOps);
     options->workflowOps = nullptr;
     return status;
+}
+
+} // namespace
+
+int execute_command_line_options(CmdStringOptionsType* options) {
+    if (options == nullptr) return PrintError(kERROR_MESSAGE_STRING, 3, "There are no options to carry out.");
+    try {
+        return execute(options);
+    } catch (const std::bad_alloc&) { // from texts of the standard library; tracked memory reports by itself
+        return PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "text", 0, getCurrentMemoryUsage());
+    }
 }
 
 int open_bmm_addressMapping(CmdStringOptionsType* options, AddressMappingType** mapping) {
