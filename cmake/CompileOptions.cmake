@@ -3,6 +3,7 @@ add_library(memdata_flags INTERFACE)
 target_compile_options(memdata_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
     -Wcast-qual -Wformat=2 -Werror
+    -Wno-psabi # notes on calls that older compilers laid out otherwise: everything here is built by one
     # __FILE__ is relative to the tree, so that no block records where it was built.
     # The second form is what a compiler cache makes of the first, seen from build/<preset>.
     -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/= -fmacro-prefix-map=../../=)
