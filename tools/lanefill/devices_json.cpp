@@ -89,7 +89,7 @@ void writePhysicalLocs(JsonWriter& json, const TarselDeviceType& device, const M
     }
     json.StartArray();
     const size_t count = size_t{physicalGridRows(&device, memory.type)} * device.physicalColumns;
-    for (const BRAMPhysLocDataType& element : std::span(memory.physicalLocs, count)) {
+    for (const BRAMPhysLocDataType& element : std::span(memory.physicalLocs.get(), count)) {
         json.StartArray();
         json.Int(element.logicalRow);
         json.Int(element.logicalColumn);
@@ -108,7 +108,7 @@ void writeLogicalLocs(JsonWriter& json, const TarselDeviceType& device, const ME
     }
     json.StartArray();
     const size_t count = size_t{logicalGridRows(&device, memory.type)} * device.logicalColumns;
-    for (const BRAMLogLocDataType& element : std::span(memory.logicalLocs, count)) {
+    for (const BRAMLogLocDataType& element : std::span(memory.logicalLocs.get(), count)) {
         json.StartArray();
         json.Int(element.physicalRow);
         json.Int(element.physicalColumn);

@@ -46,7 +46,7 @@ TarselDeviceType* get_device_record_by_name(const char* name) {
         found = index;
         foundLength = tableName.size();
     });
-    return found == kDEVICE_COUNT ? nullptr : expandedDeviceRecord(found);
+    return found == kDEVICE_COUNT ? nullptr : deviceRecord(found);
 }
 
 device_iterator_type* create_device_record_iterator(
@@ -81,7 +81,7 @@ const char* iterate_next_device_record(device_iterator_type* iterator) {
 
 TarselDeviceType* get_iterated_device_record(const device_iterator_type* iterator) {
     if (iterator->currentRecord == nullptr) return nullptr;
-    return expandedDeviceRecord(static_cast<size_t>(iterator->recordIndex));
+    return deviceRecord(static_cast<size_t>(iterator->recordIndex));
 }
 
 const char* get_iterated_device_name(const device_iterator_type* iterator) {

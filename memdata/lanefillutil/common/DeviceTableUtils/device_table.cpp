@@ -47,6 +47,28 @@ size_t genericGeometryIndex() {
     return index;
 }
 
+using PhysicalField = LazyLocations<BRAMPhysLocDataType>;
+using LogicalField = LazyLocations<BRAMLogLocDataType>;
+
+// One of the arrays of the record at an index.
+template<class Element, std::unique_ptr<Element[]> LocationArrays::*array>
+const Element* madeArray(u32 owner) {
+    return (locationArrays(owner, tableRow(owner).geometry).*array).get();
+}
+
+void giveArrays(MEMORYLocType& memory, Layout layout, u32 owner) {
+    const LayoutArrays& given = arraysOf(layout);
+    const bool isLarge = memory.type->sizeUnits == given.largeSizeUnits;
+    if (given.physical)
+        memory.physicalLocs = PhysicalField(isLarge ? madeArray<BRAMPhysLocDataType, &LocationArrays::largePhysical>
+                                                    : madeArray<BRAMPhysLocDataType, &LocationArrays::smallPhysical>,
+            owner);
+    if (given.logical)
+        memory.logicalLocs = LogicalField(isLarge ? madeArray<BRAMLogLocDataType, &LocationArrays::largeLogical>
+                                                  : madeArray<BRAMLogLocDataType, &LocationArrays::smallLogical>,
+            owner);
+}
+
 void fillRecord(TarselDeviceType& record, const TableRow& table) {
     const DeviceRow& row = table.geometry;
     size_t names = 0;
@@ -72,6 +94,7 @@ void fillRecord(TarselDeviceType& record, const TableRow& table) {
     size_t memories = 0;
     for (const MEMORYType* type : kTYPE_LISTS[static_cast<size_t>(row.types)].types)
         if (type != nullptr) record.memoryLocs[memories++].type = type;
+    record.existenceMap = existenceMap(table.owner, row);
 }
 
 } // namespace
@@ -89,23 +112,12 @@ TableRow tableRow(size_t index) {
 TarselDeviceType* deviceRecord(size_t index) {
     if (index >= kDEVICE_COUNT) return &kTarselDeviceTable[kDEVICE_COUNT];
     TarselDeviceType& record = kTarselDeviceTable[index];
-    if (record.family == nullptr) fillRecord(record, tableRow(index));
-    return &record;
-}
-
-TarselDeviceType* expandedDeviceRecord(size_t index) {
-    TarselDeviceType* record = deviceRecord(index);
-    if (index >= kDEVICE_COUNT) return record;
     const TableRow row = tableRow(index);
-    const LocationArrays& arrays = locationArrays(row.owner, row.geometry);
-    for (MEMORYLocType& memory : record->memoryLocs) {
-        if (memory.type == nullptr) break;
-        const bool isLarge = memory.type->sizeUnits == arrays.largeSizeUnits;
-        memory.physicalLocs = isLarge ? arrays.largePhysical.get() : arrays.smallPhysical.get();
-        memory.logicalLocs = isLarge ? arrays.largeLogical.get() : arrays.smallLogical.get();
-    }
-    record->existenceMap = arrays.existenceMap.get();
-    return record;
+    if (record.family == nullptr) fillRecord(record, row);
+    // Each time: arrays that builders had put here are gone with the engine that they were built for.
+    for (MEMORYLocType& memory : record.memoryLocs)
+        if (memory.type != nullptr) giveArrays(memory, row.geometry.layout, static_cast<u32>(row.owner));
+    return &record;
 }
 
 bool isInDeviceTable(const void* field) {

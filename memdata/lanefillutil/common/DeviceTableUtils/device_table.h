@@ -22,11 +22,9 @@ struct TableRow {
 // index below kDEVICE_COUNT.
 TableRow tableRow(size_t index);
 
-// The record at an index with its names and columns, but without location arrays; the empty one past the end.
+// The record at an index; the empty one past the end. Its location arrays are made once, when one of them is first
+// read, and stay for the life of the process.
 TarselDeviceType* deviceRecord(size_t index);
-
-// The same with its location arrays and existence map. They are made once and stay for the life of the process.
-TarselDeviceType* expandedDeviceRecord(size_t index);
 
 // True for a field of one of the records.
 bool isInDeviceTable(const void* field);

@@ -18,8 +18,21 @@ constexpr u32 kGROUP_SLICE_BITS = 320; // of a frame, per element of GROUPS and 
 using PhysicalArray = std::unique_ptr<BRAMPhysLocDataType[]>;
 using LogicalArray = std::unique_ptr<BRAMLogLocDataType[]>;
 
+// By Layout.
+constexpr LayoutArrays kLAYOUT_ARRAYS[] = {
+    // physical logical large
+    {false, false, 0}, // BY_RULE
+    {true, false, 0},  // PLAIN
+    {true, true, 0},   // REVERSED
+    {true, true, 8},   // GROUPS
+    {true, true, 0},   // MIRRORED_GROUPS
+    {true, true, 4},   // PAIRS
+};
+static_assert(std::size(kLAYOUT_ARRAYS) == static_cast<size_t>(Layout::PAIRS) + 1);
+
 // By index of the record. Constants of the process once they are made: records point at them.
 std::vector<std::unique_ptr<const LocationArrays>> gLocationArrays;
+std::vector<std::unique_ptr<const i8[]>> gExistenceMaps;
 
 bool belongsTo(const DeviceRow& row, const char* device) {
     return std::string_view(row.longNames) == device;
@@ -222,11 +235,14 @@ std::unique_ptr<i8[]> existenceMapOf(const DeviceRow& row) {
 
 } // namespace
 
+const LayoutArrays& arraysOf(Layout layout) {
+    return kLAYOUT_ARRAYS[static_cast<size_t>(layout)];
+}
+
 LocationArrays expandLocationArrays(const DeviceRow& row) {
     LocationArrays arrays;
     switch (row.layout) {
     case Layout::BY_RULE:
-        if (hasHoles(row)) arrays.existenceMap = existenceMapOf(row);
         break;
     case Layout::PLAIN:
         arrays.smallPhysical = basePhysical(row);
@@ -237,14 +253,12 @@ LocationArrays expandLocationArrays(const DeviceRow& row) {
         arrays.smallLogical = inverseOf(row, arrays.smallPhysical.get(), 1);
         break;
     case Layout::GROUPS:
-        arrays.largeSizeUnits = 8;
         arrays.largePhysical = basePhysical(row);
         arrays.largeLogical = inverseOf(row, arrays.largePhysical.get(), 1);
         arrays.smallPhysical = halvesOf(row, arrays.largePhysical.get());
         arrays.smallLogical = inverseOf(row, arrays.smallPhysical.get(), kHALVES);
         break;
     case Layout::PAIRS:
-        arrays.largeSizeUnits = 4;
         arrays.smallPhysical = basePhysical(row);
         arrays.smallLogical = inverseOf(row, arrays.smallPhysical.get(), 1);
         arrays.largePhysical = pairsOf(row, arrays.smallPhysical.get());
@@ -259,6 +273,14 @@ const LocationArrays& locationArrays(size_t index, const DeviceRow& row) {
     std::unique_ptr<const LocationArrays>& arrays = gLocationArrays[index];
     if (arrays == nullptr) arrays = std::make_unique<const LocationArrays>(expandLocationArrays(row));
     return *arrays;
+}
+
+const i8* existenceMap(size_t index, const DeviceRow& row) {
+    if (row.layout != Layout::BY_RULE || !hasHoles(row)) return nullptr;
+    if (gExistenceMaps.empty()) gExistenceMaps.resize(kDEVICE_COUNT);
+    std::unique_ptr<const i8[]>& map = gExistenceMaps[index];
+    if (map == nullptr) map = existenceMapOf(row);
+    return map.get();
 }
 
 } // namespace memdata

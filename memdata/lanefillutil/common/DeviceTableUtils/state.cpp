@@ -14,8 +14,8 @@ namespace {
 void resetDeviceTables() {
     delete_MEMORY_extended_types();
     restoreMemoryTypeTokens();
-    for (const BRAMPhysLocDataType** field : gDeviceTableState.builtPhysicalLocs) *field = nullptr;
-    for (const BRAMLogLocDataType** field : gDeviceTableState.builtLogicalLocs) *field = nullptr;
+    for (LazyLocations<BRAMPhysLocDataType>* field : gDeviceTableState.builtPhysicalLocs) *field = nullptr;
+    for (LazyLocations<BRAMLogLocDataType>* field : gDeviceTableState.builtLogicalLocs) *field = nullptr;
     gDeviceTableState = {};
 }
 

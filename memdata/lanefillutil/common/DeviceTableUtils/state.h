@@ -15,8 +15,8 @@ struct DeviceTableState {
     MEMORYLocType* lastExtendedType = nullptr; // tail of definedExtendedMEMORYTypes
     bool printBuiltTables = false;             // the builders of location arrays print what they make
     // Arrays that the builders made, as the fields that point at them; their blocks are swept with the engine.
-    std::vector<const BRAMPhysLocDataType**> builtPhysicalLocs;
-    std::vector<const BRAMLogLocDataType**> builtLogicalLocs;
+    std::vector<LazyLocations<BRAMPhysLocDataType>*> builtPhysicalLocs;
+    std::vector<LazyLocations<BRAMLogLocDataType>*> builtLogicalLocs;
 };
 
 extern DeviceTableState gDeviceTableState;

@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lanefillCore/driver.h"
 
+#include "DeviceTableUtils/DeviceTableUtils.h"
 #include "SystemUtils/lifetime.h"
 #include "SystemUtils/memory.h"
 #include "support/alerts.h"
+#include "support/bit_builder.h"
 #include "support/host_messages.h"
+#include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -169,6 +172,61 @@ TEST_F(Driver, ASpecThatNamesTheMappingIsNotRead) {
     ASSERT_EQ(open_bmm_addressMapping(&options, &mapping), 0);
     EXPECT_STREQ(mapping->bmmBaseName, "named.bmm");
     close_bmm_addressMapping(&mapping);
+}
+
+TEST_F(Driver, AMappingLearnsItsDeviceFromTheBitFile) {
+    const TemporaryFolder folder;
+    addMap("named.txt", kBMM_NAMING_FILE);
+    const std::string name = folder.write("top.bit", textOf(t4kBitFile({.partName = "q7b100fg484"}, {})));
+    options.bitFile = CreateFileSpec(name.c_str());
+    AddressMappingType* mapping = nullptr;
+    ASSERT_EQ(open_bmm_addressMapping(&options, &mapping), 0);
+    EXPECT_STREQ(deviceName(mapping->device), "tq7b100");
+    EXPECT_EQ(mapping->device, options.device);
+    close_bmm_addressMapping(&mapping);
+    EXPECT_EQ(alerts.text(), "");
+}
+
+// Not of the fixture: the pool that texts are read with keeps its memory.
+TEST(DriverOverTexts, AMappingLearnsItsDeviceFromABitFileOfDigits) {
+    const SystemResources resources;
+    const TemporaryFolder folder;
+    const std::string name = folder.write("top.rbt", rbtText({.partName = "q7b100fg484"}));
+    CmdStringOptionsType options{};
+    options.designBmm = true;
+    options.bitFile = CreateFileSpec(name.c_str());
+    AddressMappingType* mapping = nullptr;
+    ASSERT_EQ(open_bmm_addressMapping(&options, &mapping), 0);
+    EXPECT_STREQ(deviceName(mapping->device), "tq7b100");
+    close_bmm_addressMapping(&mapping);
+    DeleteFileSpec(&options.bitFile);
+}
+
+TEST_F(Driver, ADeviceThatTheOptionsNameNeedsNoBitFile) {
+    addMap("named.txt", kBMM_NAMING_FILE);
+    options.device = get_device_record_by_name("tq5a20");
+    options.bitFile = CreateFileSpec("no/such.bit");
+    AddressMappingType* mapping = nullptr;
+    ASSERT_EQ(open_bmm_addressMapping(&options, &mapping), 0);
+    EXPECT_STREQ(deviceName(mapping->device), "tq5a20");
+    close_bmm_addressMapping(&mapping);
+}
+
+TEST_F(Driver, ABitFileThatCannotBeReadLeavesNoMapping) {
+    const TemporaryFolder folder;
+    addMap("named.txt", kBMM_NAMING_FILE);
+    AddressMappingType* mapping = nullptr;
+    options.bitFile = CreateFileSpec("no/such.bit");
+    EXPECT_EQ(open_bmm_addressMapping(&options, &mapping), 1);
+    EXPECT_EQ(mapping, nullptr);
+    EXPECT_THAT(alerts.take(), HasSubstr("'no/such.bit'"));
+    DeleteFileSpec(&options.bitFile);
+
+    const std::string name = folder.write("top.bit", textOf(t4kBitFile({.partName = "zz99"}, {})));
+    options.bitFile = CreateFileSpec(name.c_str());
+    EXPECT_EQ(open_bmm_addressMapping(&options, &mapping), 4);
+    EXPECT_EQ(mapping, nullptr);
+    EXPECT_THAT(alerts.text(), HasSubstr("Unrecognized device type in .bit file, 'zz99'."));
 }
 
 TEST_F(Driver, TheListOfOperationsIsReleasedOnceAMappingWasOpen) {

@@ -3,6 +3,7 @@
 #ifndef MEMDATA_BMM_UTILS_MODEL_MEMORY_TYPES_H
 #define MEMDATA_BMM_UTILS_MODEL_MEMORY_TYPES_H
 
+#include "BmmUtils/model/lazy_locations.h"
 #include "ParseUtils/token_types.h"
 #include "platform/BasicTypes.h"
 
@@ -44,10 +45,10 @@ struct MEMORYType {
 // a list.
 struct MEMORYLocType {
     const MEMORYType* type;
-    const BRAMPhysLocDataType* physicalLocs; // or null
-    const BRAMLogLocDataType* logicalLocs;   // or null
-    u32 isListLink;                          // 1 on a node of a linked list, 0 on an element of an array
-    MEMORYLocType* next;                     // when isListLink is 1
+    memdata::LazyLocations<BRAMPhysLocDataType> physicalLocs; // or null
+    memdata::LazyLocations<BRAMLogLocDataType> logicalLocs;   // or null
+    u32 isListLink;      // 1 on a node of a linked list, 0 on an element of an array
+    MEMORYLocType* next; // when isListLink is 1
 };
 
 // The memory words of the map language, with their ordinals in the class. A memory type that a map
