@@ -1,0 +1,16 @@
+// BRAMDecodeUtils.h - how memories lie in configuration frames, and the way in and out.
+//
+//   decode_tables  which frame bit holds which memory bit, for all forms of memories
+//   bit_access     bits of images and frames, bit order inside bytes
+//   frame_codec    one memory between its images and its frames
+//   column_walk    all memories of one configuration column, dumped or replaced
+// SPDX-License-Identifier: Apache-2.0
+#ifndef MEMDATA_BRAM_DECODE_UTILS_H
+#define MEMDATA_BRAM_DECODE_UTILS_H
+
+#include "BRAMDecodeUtils/bit_access.h"
+#include "BRAMDecodeUtils/column_walk.h"
+#include "BRAMDecodeUtils/decode_tables.h"
+#include "BRAMDecodeUtils/frame_codec.h"
+
+#endif
