@@ -152,6 +152,7 @@ public:
     }
 
     bool isOpen() const { return file_.has_value(); }
+    bool isPacked() const { return filters_.has_value(); }
 
 protected:
     int_type underflow() override {
@@ -245,6 +246,10 @@ bool filtering_stream::is_open() const {
 
 void filtering_stream::close() {
     chain_->close();
+}
+
+bool filtering_stream::isPacked() const {
+    return chain_->isPacked();
 }
 
 const std::string& filtering_stream::failureReason() const {

@@ -27,6 +27,9 @@ public:
     bool is_open() const;
     void close();
 
+    // Whether the open file is packed, so that its bytes are not those of the stream. False while closed.
+    bool isPacked() const;
+
     // What made the stream fail or go bad, for a message; empty when nothing did.
     const std::string& failureReason() const;
 

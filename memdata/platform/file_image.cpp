@@ -1,0 +1,53 @@
+// file_image.cpp - see file_image.h.
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/file_image.h"
+
+#include "platform/filtering_stream.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// Looking at the first bytes of a pipe would take them away.
+bool isPlainRegularFile(const std::string& name) {
+    struct stat facts {};
+    if (::stat(name.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return false;
+    const pql::iostreams::filtering_stream stream(name);
+    return stream.is_open() && !stream.isPacked();
+}
+
+} // namespace
+
+namespace memdata {
+
+bool FileImage::map_(const std::string& name) {
+    const int descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return false;
+    struct stat facts {};
+    void* pages = MAP_FAILED;
+    if (::fstat(descriptor, &facts) == 0 && facts.st_size > 0)
+        pages = ::mmap(nullptr, static_cast<size_t>(facts.st_size), PROT_READ, MAP_PRIVATE, descriptor, 0);
+    ::close(descriptor);
+    if (pages == MAP_FAILED) return false;
+    mapping_ = static_cast<char*>(pages);
+    mappingBytes_ = static_cast<u64>(facts.st_size);
+    return true;
+}
+
+WholeFile FileImage::open(const std::string& name, std::string* reason, u64 limit) {
+    close();
+    if (isPlainRegularFile(name) && map_(name)) return WholeFile::kREAD;
+    return readWholeFile(name, &unpacked_, reason, limit); // also what cannot be mapped, such as an empty file
+}
+
+void FileImage::close() {
+    if (mapping_ != nullptr) ::munmap(mapping_, mappingBytes_);
+    mapping_ = nullptr;
+    mappingBytes_ = 0;
+    std::string().swap(unpacked_);
+}
+
+} // namespace memdata

@@ -1,0 +1,44 @@
+// file_image.h - all bytes of a file in memory, without a copy of those that stand in the file as they are.
+// SPDX-License-Identifier: Apache-2.0
+#ifndef MEMDATA_PLATFORM_FILE_IMAGE_H
+#define MEMDATA_PLATFORM_FILE_IMAGE_H
+
+#include "platform/BasicTypes.h"
+#include "platform/whole_file.h"
+
+#include <string>
+#include <vector>
+
+namespace memdata {
+
+// A plain regular file is mapped: opening it costs nothing, and its pages stay those of the system. A packed file is
+// unpacked, a pipe or device is read to its end. A mapped file that another program cuts short while it is open ends
+// the process when the lost pages are read, as mapped files do; replacing it by rename does no harm.
+class FileImage {
+public:
+    FileImage() = default;
+    ~FileImage() { close(); }
+    FileImage& operator=(FileImage&&) = delete; // neither copied nor moved
+
+    // name, reason  as for readWholeFile
+    // limit         bytes after unpacking or reading; a mapping takes no memory and has none
+    // Whatever was open is closed first; without kREAD nothing is open.
+    WholeFile open(const std::string& name, std::string* reason = nullptr, u64 limit = kMAX_WHOLE_FILE_BYTES);
+    void close();
+
+    // Stay until close; null when there are none. Not to be written to.
+    const char* data() const { return mapping_ != nullptr ? mapping_ : unpacked_.data(); }
+    u64 size() const { return mapping_ != nullptr ? mappingBytes_ : unpacked_.size(); }
+    bool isMapped() const { return mapping_ != nullptr; }
+
+private:
+    bool map_(const std::string& name);
+
+    char* mapping_ = nullptr;
+    u64 mappingBytes_ = 0;
+    std::string unpacked_;
+};
+
+} // namespace memdata
+
+#endif

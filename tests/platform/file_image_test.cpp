@@ -1,0 +1,97 @@
+// file_image_test.cpp - plain files are mapped, all others are read.
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/file_image.h"
+
+#include "platform/filtering_stream.h"
+#include "support/temporary_folder.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <thread>
+
+namespace {
+
+using memdata::FileImage;
+using memdata::WholeFile;
+
+// "memory\n" as gzip writes it.
+constexpr std::string_view kPACKED("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\xcb\x4d\xcd\xcd\x2f\xaa\xe4\x02\x00\x84"
+                                   "\xaf\x8e\x64\x07\x00\x00\x00",
+    27);
+
+class FileImageTest : public ::testing::Test {
+protected:
+    std::string_view text() const { return {image.data(), image.size()}; }
+
+    memdata::testing::TemporaryFolder folder;
+    FileImage image;
+};
+
+TEST_F(FileImageTest, APlainFileIsMapped) {
+    EXPECT_EQ(image.open(folder.write("a", "some bytes")), WholeFile::kREAD);
+    EXPECT_TRUE(image.isMapped());
+    EXPECT_EQ(text(), "some bytes");
+}
+
+TEST_F(FileImageTest, AMappingOutlivesTheNameOfItsFile) {
+    const std::string name = folder.write("a", "some bytes");
+    EXPECT_EQ(image.open(name), WholeFile::kREAD);
+    std::filesystem::remove(name);
+    EXPECT_EQ(text(), "some bytes");
+}
+
+TEST_F(FileImageTest, APackedFileIsUnpacked) {
+    EXPECT_EQ(image.open(folder.write("a", kPACKED)), WholeFile::kREAD);
+    EXPECT_FALSE(image.isMapped());
+    EXPECT_EQ(text(), "memory\n");
+}
+
+TEST_F(FileImageTest, APipeKeepsItsFirstBytes) {
+    const std::string name = folder.file("pipe");
+    ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+    std::thread writer([&] { std::ofstream(name) << "through a pipe"; });
+    EXPECT_EQ(image.open(name), WholeFile::kREAD);
+    writer.join();
+    EXPECT_EQ(text(), "through a pipe");
+}
+
+TEST_F(FileImageTest, AnEmptyFileHasNoBytes) {
+    EXPECT_EQ(image.open(folder.write("a", "")), WholeFile::kREAD);
+    EXPECT_EQ(image.size(), 0u);
+}
+
+TEST_F(FileImageTest, WhatCannotBeReadSaysWhy) {
+    std::string reason;
+    EXPECT_EQ(image.open(folder.file("none"), &reason), WholeFile::kCANNOT_OPEN);
+    EXPECT_EQ(reason, "No such file or directory");
+    EXPECT_EQ(image.open(folder.path().string(), &reason), WholeFile::kCANNOT_OPEN);
+    EXPECT_EQ(reason, "Is a directory");
+    EXPECT_EQ(image.open(folder.write("a", kPACKED.substr(0, 20)), &reason), WholeFile::kDAMAGED);
+    EXPECT_EQ(image.size(), 0u);
+}
+
+TEST_F(FileImageTest, TheLimitHoldsForWhatIsUnpackedAndNotForMappings) {
+    EXPECT_EQ(image.open(folder.write("a", kPACKED), nullptr, 6), WholeFile::kTOO_LARGE);
+    EXPECT_EQ(image.size(), 0u);
+    EXPECT_EQ(image.open(folder.write("a", "memory\n"), nullptr, 6), WholeFile::kREAD);
+}
+
+TEST_F(FileImageTest, OpeningAnotherFileLetsGoOfTheFirst) {
+    EXPECT_EQ(image.open(folder.write("a", "one")), WholeFile::kREAD);
+    EXPECT_EQ(image.open(folder.file("none")), WholeFile::kCANNOT_OPEN);
+    EXPECT_EQ(image.size(), 0u);
+}
+
+TEST_F(FileImageTest, AStreamTellsWhetherItsFileIsPacked) {
+    pql::iostreams::filtering_stream stream(folder.write("a", kPACKED));
+    EXPECT_TRUE(stream.isPacked());
+    stream.open(folder.write("b", "plain"));
+    EXPECT_FALSE(stream.isPacked());
+    stream.close();
+    EXPECT_FALSE(stream.isPacked());
+}
+
+} // namespace
