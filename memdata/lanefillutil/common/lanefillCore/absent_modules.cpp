@@ -43,11 +43,3 @@ int DoELFDumps(CmdStringOptionsType*) {
 int DoBITDump(fileSpecType*, fileSpecType*, u32, AddressMappingType*, BitFileHeaderType**) {
     return absent("dump bit files");
 }
-
-namespace memdata {
-
-int newDataFileReader(const fileSpecType*, LNF_DataFile**) {
-    return absent("read data files");
-}
-
-} // namespace memdata

@@ -7,7 +7,6 @@
 #define MEMDATA_LANEFILL_CORE_ABSENT_MODULES_H
 
 #include "BmmUtils/model/records.h"
-#include "lanefillCore/records/data_file.h"
 #include "lanefillCore/records/option_record.h"
 
 struct BitFileHeaderType;
@@ -26,12 +25,5 @@ int create_output_files(
 int DoELFDumps(CmdStringOptionsType* options);
 int DoBITDump(
     fileSpecType* input, fileSpecType* output, u32 flags, AddressMappingType* mapping, BitFileHeaderType** header);
-
-namespace memdata {
-
-// A reader of data files by the format code of a file; null and the status when there is none.
-int newDataFileReader(const fileSpecType* spec, LNF_DataFile** file);
-
-} // namespace memdata
 
 #endif

@@ -16,7 +16,8 @@ int transform_data_files(CmdStringOptionsType* options, AddressMappingType* mapp
 // Status: 0; 1 it cannot be opened or its format is no data file's; else the reader's.
 int open_data_file(fileSpecType* spec, const char* macroDefines, unsigned flags, LNF_DataFile** file);
 
-// A file without sections is an error (status 2) unless the map comes from the design.
+// A file without program sections is an error (status 2) unless the map comes from the design. Other sections, which
+// only some formats have, do not count.
 int prepare_data_file(LNF_DataFile* file, BDSwitchDataType* request, AddressMappingType* mapping);
 
 // Translates all segments of a file, until one fails. The file has at least one. Status: 0; 23 the file's
