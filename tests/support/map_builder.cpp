@@ -338,8 +338,15 @@ AddressSpaceDefType* TestMap::space(
         "create_addressSpace_element");
     path.release();
     for (const RangeText& range : ranges) addRange_(space.get(), range);
-    layOut(space.get());
+    if (options.finished)
+        layOut(space.get());
+    else if (!options.endAddress)
+        refuse("no end address for an unfinished space", name);
     space->endAddress = options.endAddress.value_or(space->nextAddress - 1);
+    if (!options.finished && style == kAddressSpaceStyleSingle && space->ranges != nullptr) {
+        space->ranges->startAddress = start;
+        space->ranges->endAddress = space->endAddress;
+    }
     succeed(insert_addressSpace_element(mapping_, names, space.get(), map), "insert_addressSpace_element");
     return space.release();
 }

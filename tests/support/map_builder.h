@@ -40,6 +40,7 @@ struct SpaceOptions {
     bool isTemplate = false; // the space goes to the template map
     const char* path = nullptr;
     std::optional<AddressSpaceStyleEnum> style = std::nullopt; // without it COMBINED for several ranges
+    bool finished = true; // false: as a reader has filled it, nothing computed; endAddress must be given then
 };
 
 class TestMap {

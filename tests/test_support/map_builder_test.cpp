@@ -86,8 +86,23 @@ TEST(MapBuilder, ADefinedMemoryHasItsSizeAndClass) {
     EXPECT_EQ(map.lane("y")->lane->memory->type->sizeUnits, kGENERIC_MEMORY_CLASS);
 }
 
+TEST(MapBuilder, AnUnfinishedSpaceHasNoComputedSizes) {
+    TestMap map;
+    map.map("cpu", "ARM");
+    AddressSpaceDefType* space =
+        map.space("ram", 0x1000, "RAMB16", {"a[15:8] b[7:0]"}, {.endAddress = 0x1FFF, .finished = false});
+    EXPECT_EQ(dumpSpace(space), "  space cpu.ram 0x1000-0x1FFF\n"
+                                "    range RAMB16 0x1000-0x1FFF devices 2\n"
+                                "      block 0x0-0x0 bus 16\n"
+                                "        a[15:8][0:2047]\n"
+                                "        b[7:0][0:2047]\n");
+    EXPECT_EQ(space->nextAddress, 0x1000u);
+    EXPECT_EQ(space->rangeByteTotal, 0u);
+}
+
 TEST(MapBuilder, TextsThatCannotBeReadAreRefused) {
     TestMap map;
+    EXPECT_THROW(map.space("u", 0, "RAMB4", {"x[7:0]"}, {.finished = false}), std::invalid_argument);
     EXPECT_THROW(map.space("a", 0, "RAMB5", {"x[7:0]"}), std::invalid_argument);
     EXPECT_THROW(map.space("b", 0, "RAMB4", {"x[7]"}), std::invalid_argument);
     EXPECT_THROW(map.space("c", 0, "RAMB4", {"x[7:0][0:5"}), std::invalid_argument);

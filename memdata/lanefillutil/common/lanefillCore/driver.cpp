@@ -4,6 +4,7 @@
 
 #include "BitFileUtils/bit_container.h"
 #include "BmmUtils/model/creation.h"
+#include "BmmUtils/validation.h"
 #include "ParseUtils/preprocess_file.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/absent_modules.h"
