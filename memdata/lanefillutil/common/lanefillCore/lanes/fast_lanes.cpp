@@ -6,6 +6,7 @@
 #include "lanefillCore/lanes/check_words.h"
 #include "lanefillCore/lanes/ecc_codes.h"
 #include "lanefillCore/lanes/lane_positions.h"
+#include "lanefillCore/lanes/narrow_gather.h"
 #include "lanefillCore/lanes/stream_lanes.h"
 
 #include <algorithm>
@@ -68,6 +69,46 @@ void gatherWords(BusBlockType* block, const BufferChunkAccess* source, u64 words
     if (block->eccType != kECC_NONE) transformCheckWords(block, source->current, words, dataBits, byteSwapEcc);
 }
 
+// Lanes of less than a byte without parity and check bits, whose words fill bytes.
+bool canGatherNarrow(const BusBlockType* block, const BufferChunkAccess* source) {
+    const BitLaneGridElemType* first = block->lanes[0];
+    const unsigned dataBits = laneDataBits(first);
+    return oneOf(dataBits, {1, 2, 4}) && first->parityWidth == 0 && block->eccType == kECC_NONE &&
+           !oneOf(block->lanePitch, {16, 32, 64}) && source->bitOffset % dataBits == 0 &&
+           allLanes(block, [first](const BitLaneGridElemType* element) {
+               return element->lane->dataChunks->bitOffset == first->lane->dataChunks->bitOffset;
+           });
+}
+
+void gatherNarrowWords(BusBlockType* block, const BufferChunkAccess* source, u64 laneBytes) {
+    const BitLaneGridElemType* first = block->lanes[0];
+    std::array<u8*, kMAX_LANES> lanes;
+    for (u64 i = 0; i < block->laneCount; ++i) lanes[i] = block->lanes[i]->lane->dataChunks->current;
+    gatherNarrowLanes(laneDataBits(first), first->bitOrdering == kBIT_ORDERING_ASCENDING, source->current,
+        source->bitOffset, std::span(lanes.data(), block->laneCount), laneBytes);
+}
+
+// Stores a run of words, at most maxWords, in the best way that their place allows; their number.
+u64 storeRun(BusBlockType* block, const BufferChunkAccess* source, u64 maxWords, bool byteSwapEcc) {
+    u64 words = maxWords;
+    if (canGather(block, source)) {
+        gatherWords(block, source, words, byteSwapEcc);
+        return words;
+    }
+    if (canGatherNarrow(block, source)) {
+        const unsigned dataBits = laneDataBits(block->lanes[0]);
+        const u64 perByte = wordsPerLaneByte(dataBits);
+        const u64 intoByte = block->lanes[0]->lane->dataChunks->bitOffset / dataBits;
+        if (intoByte == 0 && words >= perByte) {
+            gatherNarrowWords(block, source, words / perByte);
+            return words / perByte * perByte;
+        }
+        words = std::min(words, perByte - intoByte); // as a stream up to the next byte, or to the end
+    }
+    transformStreamWords(block, source, words, byteSwapEcc);
+    return words;
+}
+
 // How many words the lanes' cursors still hold.
 u64 roomInLanes(const BusBlockType* block, unsigned slotBits, unsigned parityWidth) {
     u64 words = UINT64_MAX;
@@ -105,13 +146,12 @@ u64 transformWholeBusWords(BusBlockType* block, BufferChunkAccess* source, u64 m
     const u64 wordBits = block->laneCount * (headBits + dataBits);
     const u64 words = std::min({maxWords, source->GetNumberBufferBitsRemaining() / wordBits,
         roomInLanes(block, slotBits, first->parityWidth)});
-    if (words == 0) return 0;
-    if (canGather(block, source))
-        gatherWords(block, source, words, byteSwapEcc);
-    else
-        transformStreamWords(block, source, words, byteSwapEcc);
-    advanceLanes(block, slotBits, words);
-    source->SkipBits(words * wordBits);
+    for (u64 left = words; left > 0;) {
+        const u64 stored = storeRun(block, source, left, byteSwapEcc);
+        advanceLanes(block, slotBits, stored);
+        source->SkipBits(stored * wordBits);
+        left -= stored;
+    }
     return words;
 }
 
