@@ -11,6 +11,7 @@
 //   streams        a text, and the stack of texts inside it (includes, macro bodies, overlays)
 //   scanner        characters to tokens
 //   look_ahead     tokens read early or put back
+//   plain_text     stepping over runs of plain tokens without the scanner
 //   preprocessor   directives and macros, between the scanner and get_next_token
 //   macros         macros: defined, looked up, expanded
 //   directives     the directives, one operation each
@@ -31,6 +32,7 @@
 #include "ParseUtils/macros.h"
 #include "ParseUtils/modes.h"
 #include "ParseUtils/numbers.h"
+#include "ParseUtils/plain_text.h"
 #include "ParseUtils/preprocess_file.h"
 #include "ParseUtils/preprocessor.h"
 #include "ParseUtils/scanner.h"
