@@ -3,6 +3,7 @@
 #include "lanefillCore/data_file_readers.h"
 
 #include "LNF_ELFDataFile/LNF_ELFDataFile.h"
+#include "MemUtils/mem_data_file.h"
 #include "SystemUtils/alerts.h"
 
 namespace {
@@ -13,15 +14,22 @@ LNF_DataFile* newElfReader() {
     return new LNF_ELFDataFile;
 }
 
+template<unsigned radix>
+LNF_DataFile* newTextReader() {
+    return new LNF_MEMDataFile(radix);
+}
+
 // A format of the format table and what makes its reader; null gives up for want of memory.
 struct ReaderType {
     u32 format;
     LNF_DataFile* (*create)();
 };
 constexpr ReaderType kREADERS[] = {
-    {16, newElfReader}, // ELF
-    {17, newElfReader}, // DRF
-    // MEM (13), COE (24) and MIF (23) texts get their rows with their reader.
+    {13, newTextReader<16>}, // MEM
+    {24, newTextReader<16>}, // COE
+    {23, newTextReader<2>},  // MIF
+    {16, newElfReader},      // ELF
+    {17, newElfReader},      // DRF
 };
 
 } // namespace
