@@ -10,6 +10,9 @@
 //   header_dump      a header as text
 //   stream_crc       the CRC of configuration words
 //   stream_walker    one pass over a configuration stream
+//   config_words     words of a stream: values, sync words, Auto CRC words
+//   register_ops     what a walk does with a packet, by the kind of its register
+//   frame_bursts     frame data: read whole, changed in place, written back; burst_dump tells it as text
 //   bit_image        the stream of a file as an image in memory
 #ifndef MEMDATA_BIT_FILE_UTILS_H
 #define MEMDATA_BIT_FILE_UTILS_H

@@ -3,6 +3,7 @@
 #include "BitFileUtils/bit_container.h"
 
 #include "BitFileUtils/byte_primitives.h"
+#include "SystemUtils/memory.h"
 #include "bit_file_test.h"
 #include "support/allocation_faults.h"
 
@@ -283,15 +284,29 @@ TEST_F(BitContainer, TheBitsOfADumpNeedMoreThanThirtyTwoBits) {
     Close_File(&out);
 }
 
-// Until the walker is there, the call says so and leaves nothing behind.
-TEST_F(BitContainer, AnImageNeedsTheWalker) {
+TEST_F(BitContainer, AnImageIsTheStreamWithoutItsWrapper) {
     fileSpecType* spec = CreateFileSpec(folder.write("a.bit", textOf(t4kBitFile({}, kSTREAM))).c_str());
     fileIODescriptor* image = nullptr;
-    EXPECT_EQ(OpenBITFileData(spec, 0, &bit.dataLength, &bit.device, &bit.header, &image), 3);
-    EXPECT_EQ(said(), "ERROR:Lanefill:86 - This build cannot walk configuration streams yet.");
-    EXPECT_EQ(image, nullptr);
-    EXPECT_EQ(bit.header.dataPointer, nullptr);
-    EXPECT_EQ(bit.dataLength, 0u);
+    EXPECT_EQ(OpenBITFileData(spec, 0, &bit.dataLength, &bit.device, &bit.header, &image), 0);
+    ASSERT_NE(image, nullptr);
+    EXPECT_EQ(bit.dataLength, kSTREAM.size());
+    EXPECT_EQ(bit.header.dataLength, kSTREAM.size());
+    EXPECT_EQ(hexText(bit.header.dataPointer, bit.dataLength), hexText(kSTREAM));
+    EXPECT_EQ(said(), "");
+    Close_File(&image);
+    releaseMemory(bit.header.dataPointer);
+    bit.header.dataPointer = nullptr;
+    DeleteFileSpec(&spec);
+}
+
+TEST_F(BitContainer, AnImageWithoutSyncWordsIsShorter) {
+    fileSpecType* spec = CreateFileSpec(folder.write("a.bit", textOf(t4kBitFile({}, kSTREAM))).c_str());
+    fileIODescriptor* image = nullptr;
+    EXPECT_EQ(OpenBITFileData(spec, 0x80, &bit.dataLength, &bit.device, &bit.header, &image), 0);
+    EXPECT_EQ(bit.dataLength, kSTREAM.size() - 4);
+    Close_File(&image);
+    releaseMemory(bit.header.dataPointer);
+    bit.header.dataPointer = nullptr;
     DeleteFileSpec(&spec);
 }
 

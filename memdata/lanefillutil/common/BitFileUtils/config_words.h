@@ -1,0 +1,41 @@
+// config_words.h - words of a configuration stream: single ones, register values, sync words, Auto CRC words.
+//
+// A word is configWordBytes of the family, 2 or 4, big-endian. All reads count down remaining. Status: 0; 15 when the
+// progress callback has aborted the run; 2 with an alert when the stream ends inside; the failure of a file.
+// SPDX-License-Identifier: Apache-2.0
+#ifndef MEMDATA_BIT_FILE_UTILS_CONFIG_WORDS_H
+#define MEMDATA_BIT_FILE_UTILS_CONFIG_WORDS_H
+
+#include "BitFileUtils/stream_state.h"
+
+// One word as it stands, without counting. Another word size reads and writes nothing, and succeeds.
+int ReadConfigWord(fileIODescriptor* input, const TarselDeviceType* device, u32* value);
+int WriteConfigWord(fileIODescriptor* output, const TarselDeviceType* device, u32 value);
+
+// The value as wordCount words, the most significant first; a count of 0 writes nothing.
+int WriteRegValue(fileIODescriptor* output, const TarselDeviceType* device, u32 value, u32 wordCount);
+
+namespace memdata {
+
+// One word of the stream, counted.
+int readStreamWord(StreamWalk& walk, u32* value);
+
+// The data words of a register write into walk.words: as many as the short count says, one when it is 0. value is the
+// last word; in families with 16-bit words the last two of them.
+int readRegisterValue(StreamWalk& walk, u32 commandWord, u32* value);
+
+// The command word and the words of its packet into the copy.
+int copyPacket(StreamWalk& walk, u32 commandWord);
+
+// Passes over the stream up to behind the next sync word, or to its end. A copy takes all of it, unless kWALK_DROP_SYNC.
+int passToSyncWord(StreamWalk& walk);
+
+// The Auto CRC word behind a burst, of which first has been read: exchanged in a copy, compared in a dump.
+int passAutoCRCWord(StreamWalk& walk, u32 first);
+
+// Bytes at the end of the stream that are fewer than a word: copied as they are.
+int passRest(StreamWalk& walk);
+
+} // namespace memdata
+
+#endif

@@ -1,0 +1,134 @@
+// frame_bursts.cpp - frame data: its length, its way in and out, and its change in place.
+// SPDX-License-Identifier: Apache-2.0
+#include "BitFileUtils/frame_bursts.h"
+
+#include "BRAMDecodeUtils/column_walk.h"
+#include "BitFileUtils/byte_primitives.h"
+#include "BitFileUtils/config_words.h"
+#include "BitFileUtils/register_ops.h"
+#include "BitFileUtils/stream_crc.h"
+#include "DeviceTableUtils/families.h"
+#include "DeviceTableUtils/locations.h"
+#include "SystemUtils/alerts.h"
+
+#include <algorithm>
+
+namespace {
+
+using namespace memdata;
+
+constexpr int kUNSUPPORTED_STATUS = 3;
+constexpr u32 kLONG_COUNT_BYTES = 4; // in one word or two
+
+// The count of data words. A copy takes the words that it stands in.
+int readWordCount(StreamWalk& walk, u32 commandWord, u64* count) {
+    if (walk.copies())
+        if (int status = WriteConfigWord(walk.output, walk.device, commandWord); status != 0) return status;
+    *count = walk.field(kSHORT_COUNT_FIELD, commandWord);
+    if (*count != 0) return 0;
+    for (u32 bytes = 0; bytes < kLONG_COUNT_BYTES; bytes += walk.family().configWordBytes) {
+        u32 word = 0;
+        if (int status = readStreamWord(walk, &word); status != 0) return status;
+        if (walk.copies())
+            if (int status = WriteConfigWord(walk.output, walk.device, word); status != 0) return status;
+        *count = *count << walk.family().configWordBytes * 8 | walk.field(kLONG_COUNT_FIELD, word);
+    }
+    return 0;
+}
+
+bool isFirstGeneration(const TarselDeviceType* device) {
+    return (device->family->familyMask & kFIRST_GENERATION_MASK) != 0;
+}
+
+// The columns of the die in turn; none when the stream names more dice than the device has.
+void columnsOfDie(const StreamWalk& walk, BramColumns* columns) {
+    const u32 dice = std::max(walk.device->dieCount, 1U);
+    columns->count = walk.dieIndex < dice ? walk.device->physicalColumns / dice : 0;
+    columns->first = columns->count * walk.dieIndex;
+}
+
+// Writes what bit lanes hold into the columns of a burst.
+int replaceColumns(const StreamWalk& walk, Burst& burst, const BramColumns& columns) {
+    u8* const end = burst.data.get() + burst.bytes(walk);
+    u8* at = burst.data.get() + columns.start;
+    for (u32 i = 0; i < columns.count && at < end; ++i) {
+        i32 physicalColumn = 0;
+        if (!translate_logical_column_number(walk.device, static_cast<i32>(columns.first + i), &physicalColumn))
+            continue;
+        u8* next = ReplaceBRAMColumn(walk.device, at, static_cast<u64>(end - at), physicalColumn, walk.addressMapping);
+        if (next == nullptr) return 7;
+        at = next;
+    }
+    return 0;
+}
+
+} // namespace
+
+void memdata::releaseBurst(u8* data) {
+    releaseMemory(data);
+}
+
+int memdata::readBurst(StreamWalk& walk, u32 commandWord, Burst* burst) {
+    u64 count = 0;
+    if (int status = readWordCount(walk, commandWord, &count); status != 0) return status;
+    burst->wordCount = count;
+    const u64 bytes = burst->bytes(walk);
+    if (bytes > *walk.remaining) return streamEndsEarly(walk, bytes);
+    burst->data.reset(static_cast<u8*>(getMemory("'std::uint8_t' data", std::max<u64>(bytes, 1))));
+    if (burst->data == nullptr) return PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "BRAM data buffer", bytes, bytes);
+    const int status = ReadData(walk.input, burst->data.get(), bytes);
+    if (status == kEND_OF_CONTENTS) return streamEndsEarly(walk, bytes); // the file is shorter than its header says
+    *walk.remaining -= static_cast<u32>(bytes);
+    return status;
+}
+
+int memdata::writeBurst(StreamWalk& walk, const Burst& burst) {
+    return WriteData(walk.output, burst.data.get(), burst.bytes(walk));
+}
+
+int memdata::bramColumns(const StreamWalk& walk, u64 burstBytes, BramColumns* columns) {
+    const TarselDeviceType* device = walk.device;
+    const bool isBram = gLast_frame_address_type == walk.family().bramBlockType;
+    *columns = {};
+    if (isFirstGeneration(device)) {
+        if (isBram) *columns = {0, burstBytes, gLast_frame_address_column, 1};
+        return 0;
+    }
+    if (walk.fdriWrites >= 2) {
+        if (isBram) {
+            columnsOfDie(walk, columns);
+            columns->columnBytes = burstBytes;
+        }
+        return 0;
+    }
+    if (gLast_frame_address_type == walk.family().clbBlockType && device->bramFrameOffset == 0)
+        return PrintError(kERROR_UNSUPPORTED_BIT_FILE_REPLACEMENT, kUNSUPPORTED_STATUS);
+    columnsOfDie(walk, columns);
+    columns->columnBytes = device->bramFrameBits / 8 * device->memoryLocs[0].type->frameCount;
+    columns->start = u64{device->bramFrameOffset} * (device->clbFrameBits / 8);
+    const u64 allColumns = columns->columnBytes * columns->count;
+    if (burstBytes <= allColumns || columns->start > burstBytes - allColumns) columns->count = 0;
+    return 0;
+}
+
+int OutputFDRIregOp(StreamWalk& walk, u32 commandWord) {
+    if (walk.operation(commandWord) != kWRITE_OPERATION) {
+        if (walk.copies()) return WriteConfigWord(walk.output, walk.device, commandWord);
+        return 0;
+    }
+    Burst burst;
+    int status = readBurst(walk, commandWord, &burst);
+    if (status == 0 && !walk.copies()) status = dumpBurst(walk, commandWord, burst);
+    if (status == 0 && walk.copies()) {
+        BramColumns columns;
+        if (walk.addressMapping != nullptr) {
+            status = bramColumns(walk, burst.bytes(walk), &columns);
+            if (status == 0) status = replaceColumns(walk, burst, columns);
+        }
+        if (status == 0) status = writeBurst(walk, burst);
+        // Behind the change: the CRC is that of the new frames.
+        if (status == 0) CRC_Data(walk.device, commandWord, burst.data.get(), burst.wordCount);
+    }
+    ++walk.fdriWrites;
+    return status;
+}

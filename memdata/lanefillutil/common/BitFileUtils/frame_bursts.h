@@ -1,0 +1,52 @@
+// frame_bursts.h - the long writes of frame data: read whole, changed in place, written back, or told as text.
+// SPDX-License-Identifier: Apache-2.0
+#ifndef MEMDATA_BIT_FILE_UTILS_FRAME_BURSTS_H
+#define MEMDATA_BIT_FILE_UTILS_FRAME_BURSTS_H
+
+#include "BitFileUtils/stream_state.h"
+#include "SystemUtils/memory.h"
+
+// First place of a signature in a buffer, byte by byte; null when it is not there.
+const u8* FindBRAMDataSignature(const u8* buffer, u64 size, const u8* signature, u64 signatureSize);
+
+// CLB frames ahead of the block-RAM data of a burst, found by what untouched memories look like. 0 when the signature
+// is not there, or the family has none (then with a warning).
+u32 GetBRAMDataFrameOffset(const TarselDeviceType* device, const u8* data, u64 size);
+
+namespace memdata {
+
+void releaseBurst(u8* data);
+
+struct Burst {
+    Tracked<u8, releaseBurst> data;
+    u64 wordCount = 0;
+
+    u64 bytes(const StreamWalk& walk) const { return wordCount * walk.family().configWordBytes; }
+};
+
+// Where the block-RAM columns of a burst lie.
+struct BramColumns {
+    u64 start = 0;       // byte of the first one
+    u64 columnBytes = 0; // of each, as far as the burst tells
+    u32 first = 0;       // frame column
+    u32 count = 0;       // 0: none
+};
+
+// The data of a write: its count (short, or in the words behind the command word) and so many words. In a copy the
+// command word and the count words are written. Status 7 without memory; 2 with an alert when the stream is shorter.
+int readBurst(StreamWalk& walk, u32 commandWord, Burst* burst);
+int writeBurst(StreamWalk& walk, const Burst& burst);
+
+// Columns to change in a burst, by the last frame address. Status 3 with an alert: the device's streams cannot be
+// changed.
+int bramColumns(const StreamWalk& walk, u64 burstBytes, BramColumns* columns);
+
+// A burst as text: CLB data as hex, block-RAM columns as memories or as frames.
+int dumpBurst(StreamWalk& walk, u32 commandWord, Burst& burst);
+
+// Lines of 32 bytes.
+int dumpHexLines(StreamWalk& walk, const u8* data, u64 byteCount);
+
+} // namespace memdata
+
+#endif
