@@ -25,9 +25,6 @@ int open_and_parse_bmm_XML(
 int open_and_parse_bmm_info(unsigned char*, AddressMappingType*, parse_stream*, parse_stream**) {
     return absent("read compact address maps");
 }
-int output_BMM_file(fileSpecType*, AddressMappingType*, const char*) {
-    return absent("write BMM files");
-}
 int output_XML_BMM_file(fileSpecType*, const char*, int, AddressMappingType*) {
     return absent("write XML address maps");
 }

@@ -3,6 +3,7 @@
 #include "lanefillCore/driver.h"
 
 #include "BitFileUtils/bit_container.h"
+#include "BmmUtils/annotated_map.h"
 #include "BmmUtils/model/creation.h"
 #include "BmmUtils/validation.h"
 #include "ParseUtils/preprocess_file.h"
