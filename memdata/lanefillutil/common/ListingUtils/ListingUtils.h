@@ -55,7 +55,7 @@ char* dateTimeString(const std::tm& time, bool longNames);
 // Writes who made a file: build, product and notices of the host; with a prefix or a format and a registered system
 // command, that command; with a format, the date followed by the formatted text. With a prefix each line is led by it
 // and a blank, so that a header is a comment of its file, also where a command or text has several lines. Null or an
-// empty text is no prefix.
+// empty text is no prefix. Status also 7, with nothing written, when there is no memory for the date.
 template<class... Arguments>
 int OutputVersionHeader(fileIODescriptor* file, const char* prefix, const char* format, const Arguments&... arguments) {
     return memdata::outputVersionHeader(file, prefix, format, memdata::formatArguments(arguments...));

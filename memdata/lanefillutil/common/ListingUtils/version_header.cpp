@@ -28,12 +28,6 @@ void append_command(std::string* out, std::string_view prefix, const char* comma
     append_lines(out, prefix, "");
 }
 
-std::string creation_text(const char* format, std::span<const memdata::FormatArgument> arguments) {
-    const memdata::OwnedString date(GetDateTimeString(true));
-    // The caller's text goes on behind the date, in the same line.
-    return memdata::formatted("Created on %s", date.get()) + memdata::formatText(format, arguments);
-}
-
 } // namespace
 
 int memdata::outputVersionHeader(
@@ -47,6 +41,11 @@ int memdata::outputVersionHeader(
     const char* command = GetSystemCommand();
     const bool tellsCommand = command != nullptr && *command != '\0';
     if (tellsCommand && (!lead.empty() || format != nullptr)) append_command(&text, lead, command);
-    if (format != nullptr) append_lines(&text, lead, creation_text(format, arguments));
+    if (format != nullptr) {
+        const OwnedString date(GetDateTimeString(true));
+        if (date.get() == nullptr) return 7; // the allocator has reported it
+        // The caller's text goes on behind the date, in the same line.
+        append_lines(&text, lead, formatted("Created on %s", date.get()) + formatText(format, arguments));
+    }
     return PutNextLine(file, "%s", text);
 }

@@ -357,5 +357,19 @@ TEST_F(Listing, AMessageFileSurvivesEveryFailedAllocation) {
     EXPECT_GT(sweep.allocationCount, 0u);
 }
 
+TEST(VersionHeader, WithoutMemoryForItsDateIsNotWritten) {
+    const TemporaryFolder folder;
+    const std::string name = folder.file("listing");
+    const FaultSweep sweep = sweepAllocationFaults([&] {
+        fileIODescriptor* out = nullptr;
+        int status = Open_File(name.c_str(), kTEXT_WRITE, &out);
+        if (status == 0) status = OutputVersionHeader(out, "//", ", by %s", "a test");
+        if (status == 0) status = Close_File(&out);
+        abandonFile(&out);
+        return status;
+    });
+    EXPECT_EQ(sweep.failures, "");
+}
+
 } // namespace
 } // namespace memdata::testing
