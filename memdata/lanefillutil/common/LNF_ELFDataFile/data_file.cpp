@@ -101,6 +101,7 @@ int LNF_ELFDataFile::read_(const char* name, const char* bytes, u64 byteCount) {
 
 int LNF_ELFDataFile::makeReader_(const char* name, const char* bytes, u64 byteCount) {
     if (byteCount <= EI_CLASS) return refuse(name, formatted("it has only %lld bytes", byteCount));
+    if (std::memcmp(bytes, ELFMAG, SELFMAG) != 0) return refuse(name, "it does not begin as an ELF file does");
     switch (bytes[EI_CLASS]) {
     case ELFCLASS32:
         elf = new ElfXData<unsigned int>;

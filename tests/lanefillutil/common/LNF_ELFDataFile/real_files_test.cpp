@@ -80,6 +80,7 @@ TEST_P(RealElf, CompiledAnewIsReadAsBinutilsReadsIt) {
     EXPECT_EQ(facts(), readFile(folder.file(GetParam().name + std::string(".facts"))));
 }
 
-INSTANTIATE_TEST_SUITE_P(, RealElf, ::testing::ValuesIn(kFILES), [](const auto& file) { return std::string(file.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    , RealElf, ::testing::ValuesIn(kFILES), [](const auto& file) { return std::string(file.param.name); });
 
 } // namespace
