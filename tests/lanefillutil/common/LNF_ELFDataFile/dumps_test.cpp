@@ -3,6 +3,7 @@
 #include "elf_test.h"
 
 #include "ListingUtils/ListingUtils.h"
+#include "MemUtils/MemUtils.h"
 #include "support/allocation_faults.h"
 
 #include <gmock/gmock.h>
@@ -206,6 +207,28 @@ TEST_F(ElfDump, AWideFileHasEightDigitsForAddressesThatFitAndAllForOthers) {
     const std::string text = memRecords();
     EXPECT_THAT(text, HasSubstr("at 0x80000000 to 0x80000000.\n\n@80000000\n    01\n"));
     EXPECT_THAT(text, HasSubstr("at 0x123456789A to 0x123456789A.\n\n@123456789A\n    02\n"));
+}
+
+TEST_F(ElfDump, AMemTextReadsBackAsTheSameSections) {
+    Bytes bytes(1000);
+    for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<u8>(i * 7);
+    ASSERT_EQ(open({.bits = 64,
+                  .segments = {{.address = 0x80000001, .bytes = bytes}, {.address = 0x20, .bytes = {0xFF, 0}}}}),
+        0);
+    const std::string name = folder.write("back.mem", memText());
+    fileSpecType* spec = CreateFileSpec(name.c_str());
+    LNF_MEMDataFile back(16);
+    EXPECT_EQ(back.OpenDataFile(spec, nullptr, 1), 0);
+    ASSERT_EQ(back.GetProgramSectionCount(), elf->GetProgramSectionCount());
+    for (unsigned long i = 0; i < 2; ++i) {
+        DataFileSectionTypeX<unsigned long> section{};
+        DataFileSectionTypeX<unsigned long> read{};
+        EXPECT_EQ(elf->GetProgramSectionData(i, &section), 0);
+        EXPECT_EQ(back.GetProgramSectionData(i, &read), 0);
+        EXPECT_EQ(read.address, section.address);
+        EXPECT_EQ(hexText(read.data, read.size), hexText(section.data, section.size));
+    }
+    DeleteFileSpec(&spec);
 }
 
 TEST_F(ElfDump, AnOutputThatIsNotOpenGivesItsStatus) {
