@@ -153,6 +153,17 @@ int parenthesized_value(parse_stream* stream, token_element* token, unsigned dep
     return PrintErrorLocation(stream, kERROR_UNMATCHED_PAREN_AND_EXPECTED, kSYNTAX, token, "(", "end of expression");
 }
 
+// A value and the operator behind it.
+int read_operand(parse_stream* stream, token_element* token, unsigned depth, long double* operand,
+    const token_type** op, const token_type* const* terminators) {
+    int status = Get_Value(stream, token, depth, operand, terminators);
+    if (status == 0) status = Get_Operator(stream, token, op, terminators);
+    if (status == 0 && depth == 0 && *op == &kRIGHT_PARENTHESIS)
+        status = PrintErrorLocation(
+            stream, kERROR_UNMATCHED_PAREN_AND_EXPECTED, kSYNTAX, token, token->text, "end of sub expression");
+    return status;
+}
+
 // Only numbers can be negated, on purpose: "!(1)" and "!!1" are errors.
 int negated_value(parse_stream* stream, token_element* token, long double* value) {
     const bool isLogical = token->type == &kLOGICAL_NOT;
@@ -227,22 +238,26 @@ int Get_Value(parse_stream* stream, token_element* token, unsigned depth, long d
 
 int Do_Sub_Expression(parse_stream* stream, token_element* token, unsigned depth, long double* value,
     const token_type* const* terminators) {
+    long double operand = 0;
+    const token_type* op = nullptr;
+    if (int status = read_operand(stream, token, depth, &operand, &op, terminators); status != 0) return status;
+    // Most expressions are one number: those need no stacks.
+    if (ends_expression(op, terminators)) {
+        *value = operand;
+        return 0;
+    }
     StackOwner operators(Stack_Create());
     StackOwner values(Stack_Create());
     if (operators == nullptr || values == nullptr) return 7;
-    while (!ends_expression(stacked_operator(operators.get(), 0), terminators)) {
-        long double operand = 0;
-        const token_type* op = nullptr;
-        int status = Get_Value(stream, token, depth, &operand, terminators);
-        if (status == 0) status = push_copy(values.get(), operand);
-        if (status == 0) status = Get_Operator(stream, token, &op, terminators);
-        if (status == 0 && depth == 0 && op == &kRIGHT_PARENTHESIS)
-            status = PrintErrorLocation(
-                stream, kERROR_UNMATCHED_PAREN_AND_EXPECTED, kSYNTAX, token, token->text, "end of sub expression");
+    for (;;) {
+        int status = push_copy(values.get(), operand);
         if (status == 0) status = push_copy(operators.get(), op);
         while (status == 0 && Eval_Stack_TOS_Precedence(operators.get(), terminators) <=
                                   Eval_Stack_NOS_Precedence(operators.get(), terminators))
             status = reduce(operators.get(), values.get());
+        if (status != 0) return status;
+        if (ends_expression(stacked_operator(operators.get(), 0), terminators)) break;
+        status = read_operand(stream, token, depth, &operand, &op, terminators);
         if (status != 0) return status;
     }
     *value = stacked_value(values.get(), 0);

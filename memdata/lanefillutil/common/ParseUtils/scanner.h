@@ -33,4 +33,12 @@ inline constexpr const token_type* EOLTerminators[] = {&kEND_OF_LINE, nullptr};
 // Behind the blanks, tabs and form feeds at the start of a text.
 const char* skip_whitespace(const char* text);
 
+namespace memdata {
+
+// Makes an identifier the keyword that it is for the sets in force now: for words that were read while words were
+// ignored.
+void lookUpAgain(parse_stream* stream, token_element* token);
+
+} // namespace memdata
+
 #endif

@@ -10,9 +10,6 @@ namespace memdata {
 // Says that a token is longer than one may be. Status 3.
 int refuseLongToken(parse_stream* context, const token_element* token);
 
-// Makes an identifier the keyword that it is for the sets in force now.
-void lookUpAgain(parse_stream* stream, token_element* token);
-
 // quoted.cpp
 // Reads a string or text from its opening quote, at the context's position. The token has its place.
 int setQuotedToken(parse_stream* context, token_element* token, const token_type* type);
