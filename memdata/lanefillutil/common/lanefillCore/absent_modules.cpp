@@ -14,16 +14,9 @@ int absent(const char* what) {
 
 } // namespace
 
-int open_and_parse_bmm_file(
-    fileSpecType*, AddressMappingType*, const char*, const char*, parse_stream*, parse_stream**) {
-    return absent("read BMM files");
-}
 int open_and_parse_bmm_XML(
     fileSpecType*, AddressMappingType*, const char*, const char*, parse_stream*, parse_stream**) {
     return absent("read XML address maps");
-}
-int open_and_parse_bmm_info(unsigned char*, AddressMappingType*, parse_stream*, parse_stream**) {
-    return absent("read compact address maps");
 }
 int output_XML_BMM_file(fileSpecType*, const char*, int, AddressMappingType*) {
     return absent("write XML address maps");

@@ -5,6 +5,7 @@
 #include "BitFileUtils/bit_container.h"
 #include "BmmUtils/annotated_map.h"
 #include "BmmUtils/model/creation.h"
+#include "BmmUtils/parser.h"
 #include "BmmUtils/validation.h"
 #include "ParseUtils/preprocess_file.h"
 #include "SystemUtils/alerts.h"

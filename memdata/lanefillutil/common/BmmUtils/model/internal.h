@@ -1,4 +1,4 @@
-// internal.h - what the files of this room share among themselves.
+// internal.h - what the files of this room share among themselves, and with the readers of maps.
 // SPDX-License-Identifier: Apache-2.0
 #ifndef MEMDATA_BMM_UTILS_MODEL_INTERNAL_H
 #define MEMDATA_BMM_UTILS_MODEL_INTERNAL_H
@@ -19,6 +19,9 @@ inline constexpr u32 kENGINE_ERROR_MESSAGE = 1;
 
 // Whether the numbered alert goes with its catalogue message.
 bool legacyMessagesEnabled();
+
+// Reports the name of a space or map that another one has. stream and token may be null. Status 3.
+int reportTakenName(parse_stream* stream, const token_element* token, const char* name);
 
 // Takes a name out of a scope if it stands there for this value. Null arguments do nothing.
 void removeSymbolOf(const char* name, symbol_context* scope, const void* value);

@@ -11,13 +11,6 @@
 
 namespace {
 
-int report_taken_name(parse_stream* stream, const token_element* token, const char* name) {
-    ComMsgMgr::sendMsg::eval("memdata", memdata::kENGINE_ERROR_MESSAGE, "@28-209@%s", name);
-    if (memdata::legacyMessagesEnabled())
-        return PrintErrorLocation(stream, kERROR_ADDRESS_BLOCK_NAME_DUPLICATE, 3, token, name);
-    return 3;
-}
-
 // The pointer of the map's list that a space with this end address is hung at: that of the first link whose space
 // does not end below.
 AddressSpaceLinkType** find_place(AddressMapType* map, u64 endAddress) {
@@ -52,6 +45,12 @@ void remove_name(AddressSpaceDefType* space, symbol_context* names) {
 
 } // namespace
 
+int memdata::reportTakenName(parse_stream* stream, const token_element* token, const char* name) {
+    ComMsgMgr::sendMsg::eval("memdata", kENGINE_ERROR_MESSAGE, "@28-209@%s", name);
+    if (legacyMessagesEnabled()) return PrintErrorLocation(stream, kERROR_ADDRESS_BLOCK_NAME_DUPLICATE, 3, token, name);
+    return 3;
+}
+
 char* construct_addressSpace_name(const char* name, const AddressMapType* map) {
     if (name == nullptr) return nullptr;
     if (map == nullptr || !map->isNamed) return StrDup(name);
@@ -77,7 +76,7 @@ int create_addressSpace_element(parse_stream* stream, symbol_context* names, tok
     space->name = isTemplate ? StrDup(name) : construct_addressSpace_name(name, map);
     if (space->name == nullptr) return OUT_OF_MEMORY("addressSpace name", std::strlen(name));
     if (lookup_addressSpace_by_name(space->name, names, nullptr) == 0)
-        return report_taken_name(stream, token, space->name);
+        return memdata::reportTakenName(stream, token, space->name);
     if (!isTemplate) {
         space->dataFiles = create_data_filename_list(mapping == nullptr ? nullptr : mapping->dataFiles);
         if (space->dataFiles == nullptr) return OUT_OF_MEMORY("addressSpace file list", sizeof(DataFileNameListType));
