@@ -54,7 +54,9 @@ void put_lane(
     const BitLaneType* lane = element->lane;
     text.line(indent) << (lane->isRelativePath ? "*/" : "") << static_cast<const char*>(lane->name) << " ";
     const bool usual = has_usual_addresses(element, rangeMemory);
-    if (!usual) text << memory_word(lane->memory) << " ";
+    // A second word MEMORY would make a second memory.
+    const bool sharesGeneric = lane->memory == rangeMemory && is_generic(rangeMemory);
+    if (!usual && !sharesGeneric) text << memory_word(lane->memory) << " ";
     if (element->eccType != kECC_NONE) text << get_ECCAlgorithmType_string(element->eccType) << " ";
     text << "[" << return_bitLane_left_value(element) << ":" << return_bitLane_right_value(element) << "]";
     if (!usual) text << " [" << element->addressLow << ":" << element->addressHigh << "]";

@@ -233,6 +233,11 @@ TEST_F(AnnotatedMap, AFinishedGenericMemoryHasNoAddressesWritten) {
                                                                        "c MEMORY [23:16] [0:9];\n");
 }
 
+TEST_F(AnnotatedMap, AGenericMemoryIsNotNamedASecondTimeInItsRange) {
+    map.define("MEMORY", 64, {8});
+    EXPECT_EQ(blocks(map.space("s", 0, "MEMORY", {"a[7:0][3:9]"})), "BUS_BLOCK\n    a [7:0] [3:9];\nEND_BUS_BLOCK;\n");
+}
+
 TEST_F(AnnotatedMap, AGenericMemoryInARangeOfAnotherIsNamed) {
     map.define("MEMORY", 64, {8});
     EXPECT_EQ(blocks(map.space("s", 0, "RAMB16", {"a[7:0] MEMORY"})),
