@@ -14,13 +14,6 @@ int absent(const char* what) {
 
 } // namespace
 
-int open_and_parse_bmm_XML(
-    fileSpecType*, AddressMappingType*, const char*, const char*, parse_stream*, parse_stream**) {
-    return absent("read XML address maps");
-}
-int output_XML_BMM_file(fileSpecType*, const char*, int, AddressMappingType*) {
-    return absent("write XML address maps");
-}
 int create_output_files(CmdStringOptionsType*, AddressMappingType*, bool, ProgressSinkType) {
     return absent("write output files");
 }

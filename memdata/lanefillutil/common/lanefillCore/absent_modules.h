@@ -10,11 +10,7 @@
 #include "lanefillCore/records/option_record.h"
 
 struct BitFileHeaderType;
-struct parse_stream;
 
-int open_and_parse_bmm_XML(fileSpecType* spec, AddressMappingType* mapping, const char* root, const char* rescanText,
-    parse_stream* parent, parse_stream** out);
-int output_XML_BMM_file(fileSpecType* spec, const char* fileName, int flags, AddressMappingType* mapping);
 int create_output_files(
     CmdStringOptionsType* options, AddressMappingType* mapping, bool is64Bit, ProgressSinkType progress);
 int DoELFDumps(CmdStringOptionsType* options);

@@ -7,6 +7,7 @@
 #include "BmmUtils/model/creation.h"
 #include "BmmUtils/parser.h"
 #include "BmmUtils/validation.h"
+#include "BmmUtils/xml_map.h"
 #include "ParseUtils/preprocess_file.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/absent_modules.h"
