@@ -4,6 +4,8 @@
 
 #include "platform/filtering_stream.h"
 
+#include "platform/run_inputs.h"
+
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -26,6 +28,7 @@ namespace memdata {
 bool FileImage::map_(const std::string& name) {
     const int descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) return false;
+    noteRunInput(descriptor);
     struct stat facts {};
     void* pages = MAP_FAILED;
     if (::fstat(descriptor, &facts) == 0 && facts.st_size > 0)

@@ -4,6 +4,8 @@
 
 #include "platform/BasicTypes.h"
 
+#include "platform/run_inputs.h"
+
 #include <algorithm>
 #include <array>
 #include <boost/iostreams/categories.hpp>
@@ -50,6 +52,7 @@ class InputFile {
 public:
     explicit InputFile(const std::string& name) : descriptor_(::open(name.c_str(), O_RDONLY | O_CLOEXEC)) {
         if (descriptor_ < 0) throw std::system_error(errno, std::generic_category());
+        memdata::noteRunInput(descriptor_);
         try {
             takeFacts_();
             readHead_();

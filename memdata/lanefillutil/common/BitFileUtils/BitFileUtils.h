@@ -14,9 +14,11 @@
 //   register_ops     what a walk does with a packet, by the kind of its register
 //   frame_bursts     frame data: read whole, changed in place, written back; burst_dump tells it as text
 //   bit_image        the stream of a file as an image in memory
+//   bit_commands     dump and replacement of whole files
 #ifndef MEMDATA_BIT_FILE_UTILS_H
 #define MEMDATA_BIT_FILE_UTILS_H
 
+#include "BitFileUtils/bit_commands.h"
 #include "BitFileUtils/bit_container.h"
 #include "BitFileUtils/bit_image.h"
 #include "BitFileUtils/byte_primitives.h"

@@ -8,6 +8,7 @@
 #include "FileUtils/state.h"
 #include "SystemUtils/alerts.h"
 #include "SystemUtils/memory.h"
+#include "platform/run_inputs.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,6 +24,7 @@ constexpr u64 kSTAT_BLOCK_BYTES = 512;
 int openForReading(fileIODescriptor* file) {
     const int descriptor = open(file->name, O_RDONLY | O_CLOEXEC | O_NOCTTY);
     if (descriptor < 0) return 1;
+    noteRunInput(descriptor);
     file->stream = fdopen(descriptor, "rb");
     if (file->stream == nullptr) {
         close(descriptor);
@@ -46,6 +48,12 @@ int openForWriting(fileIODescriptor* file) {
 int reportOpening(int status, const char* name, u32 attributes) {
     if (status != 1 || (attributes & kQUIET_OPEN) != 0) return status;
     return PrintError((attributes & kWRITE_ACCESS) != 0 ? kERROR_CREATING_FILE : kERROR_OPENING_FILE, 1, name);
+}
+
+int refuseInput(const char* name) {
+    return PrintError(kERROR_MESSAGE_STRING, 1,
+        formatted(
+            "File '%s' is an input of this run and can not be its output too. Please name another output.", name));
 }
 
 bool refusesOverwriting(u32 attributes) {
@@ -82,6 +90,7 @@ int Open_File(const char* name, u32 attributes, fileIODescriptor** file) {
     Tracked<fileIODescriptor, abandonFile> created(newDescriptor(name, attributes));
     if (created == nullptr) return 7;
     const bool writes = (attributes & kWRITE_ACCESS) != 0;
+    if (writes && isRunInput(name)) return refuseInput(name);
     const int status = writes ? openForWriting(created.get()) : openForReading(created.get());
     if (status != 0) return reportOpening(status, name, attributes);
     if (!writes && created->bufferEnd == 0) return 0; // nothing to read: the caller sees a null handle

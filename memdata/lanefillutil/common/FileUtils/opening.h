@@ -15,6 +15,7 @@
 u32 SetDefaultFileAttributes(u32 bits, bool set); // the old attributes
 
 // Opens for writing when the attributes hold kWRITE_ACCESS, else for reading; the default attributes are added.
+// A file that the run has read is refused as an output, status 1 (see platform/run_inputs.h).
 // Null in *file on any other way out than an open file. Status 0, also for an input without any byte, which gives
 // a null handle; 1 with kERROR_OPENING_FILE or kERROR_CREATING_FILE (silent with kQUIET_OPEN) when the file can not
 // be opened, is a directory or can not be read; 3 a null argument; 7 no memory.

@@ -20,6 +20,3 @@ int create_output_files(CmdStringOptionsType*, AddressMappingType*, bool, Progre
 int DoELFDumps(CmdStringOptionsType*) {
     return absent("dump data files");
 }
-int DoBITDump(fileSpecType*, fileSpecType*, u32, AddressMappingType*, BitFileHeaderType**) {
-    return absent("dump bit files");
-}

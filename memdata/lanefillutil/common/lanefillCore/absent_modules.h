@@ -9,12 +9,8 @@
 #include "BmmUtils/model/records.h"
 #include "lanefillCore/records/option_record.h"
 
-struct BitFileHeaderType;
-
 int create_output_files(
     CmdStringOptionsType* options, AddressMappingType* mapping, bool is64Bit, ProgressSinkType progress);
 int DoELFDumps(CmdStringOptionsType* options);
-int DoBITDump(
-    fileSpecType* input, fileSpecType* output, u32 flags, AddressMappingType* mapping, BitFileHeaderType** header);
 
 #endif

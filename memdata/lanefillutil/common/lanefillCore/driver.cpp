@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lanefillCore/driver.h"
 
+#include "BitFileUtils/bit_commands.h"
 #include "BitFileUtils/bit_container.h"
 #include "BmmUtils/annotated_map.h"
 #include "BmmUtils/model/creation.h"
@@ -13,6 +14,7 @@
 #include "lanefillCore/absent_modules.h"
 #include "lanefillCore/auto_data.h"
 #include "lanefillCore/data_files.h"
+#include "platform/run_inputs.h"
 
 #include <new>
 
@@ -79,9 +81,8 @@ bool runWithoutMap(CmdStringOptionsType* options, const Jobs& jobs, int* status)
 }
 
 int dumpBitFile(CmdStringOptionsType* options, AddressMappingType* mapping) {
-    BitFileHeaderType* header = nullptr;
     if (int status = check_addressMapping_Locs(mapping); status != 0) return status;
-    return DoBITDump(options->bitFile, options->dumpFile, options->dumpMask, mapping, &header);
+    return DoBITDump(options->bitFile, options->dumpFile, options->dumpMask, mapping, nullptr);
 }
 
 int translate(CmdStringOptionsType* options, AddressMappingType* mapping) {
@@ -128,6 +129,7 @@ int execute(CmdStringOptionsType* options) {
 
 int execute_command_line_options(CmdStringOptionsType* options) {
     if (options == nullptr) return PrintError(kERROR_MESSAGE_STRING, 3, "There are no options to carry out.");
+    const memdata::RunInputs inputs;
     try {
         return execute(options);
     } catch (const std::bad_alloc&) { // from texts of the standard library; tracked memory reports by itself

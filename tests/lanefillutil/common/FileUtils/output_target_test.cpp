@@ -3,6 +3,10 @@
 
 #include "FileUtils/state.h"
 #include "file_test.h"
+#include "platform/file_image.h"
+#include "platform/run_inputs.h"
+#include "platform/whole_file.h"
+#include "support/alerts.h"
 #include "support/allocation_faults.h"
 
 #include <csignal>
@@ -303,6 +307,60 @@ TEST_P(Outputs, EveryFailedAllocationIsCleanedUp) {
     EXPECT_EQ(sweep.failures, "");
     EXPECT_GE(sweep.faultCount, 4u);
     EXPECT_EQ(folder.listing(), "out.mem\n");
+}
+
+class RunInputFiles : public FileTest {
+protected:
+    RunInputFiles() { RegisterSystemToolName("Lanefill"); }
+    void readOnce(const std::string& name) {
+        fileIODescriptor* file = nullptr;
+        ASSERT_EQ(Open_File(name.c_str(), kREAD_ACCESS | kTEXT_LF, &file), 0);
+        Close_File(&file);
+    }
+};
+
+TEST_F(RunInputFiles, AreRefusedAsOutputsOfTheRunUnderAnyName) {
+    const std::string name = folder.write("map.bmm", "text");
+    const std::string link = folder.file("link.bmm");
+    std::filesystem::create_symlink(name, link);
+    RunInputs run;
+    readOnce(name);
+    for (const std::string& output : {name, link}) {
+        CapturedAlerts alerts;
+        fileIODescriptor* file = nullptr;
+        EXPECT_EQ(Open_File(output.c_str(), kTEXT_WRITE, &file), 1);
+        EXPECT_EQ(file, nullptr);
+        EXPECT_NE(alerts.text().find("is an input of this run and can not be its output too."), std::string::npos);
+    }
+    EXPECT_EQ(readFile(name), "text");
+}
+
+TEST_F(RunInputFiles, AreForgottenBehindTheOutermostRun) {
+    const std::string name = folder.write("map.bmm", "text");
+    {
+        RunInputs outer;
+        {
+            RunInputs inner;
+            readOnce(name);
+        }
+        EXPECT_TRUE(isRunInput(name));
+    }
+    EXPECT_FALSE(isRunInput(name));
+    readOnce(name);
+    EXPECT_FALSE(isRunInput(name)) << "no run stands";
+}
+
+TEST_F(RunInputFiles, AreTakenFromEveryWayToRead) {
+    const std::string image = folder.write("image.elf", "text");
+    const std::string whole = folder.write("whole.bmm", "text");
+    RunInputs run;
+    FileImage mapped;
+    std::string content;
+    EXPECT_EQ(mapped.open(image, nullptr), WholeFile::kREAD);
+    EXPECT_EQ(readWholeFile(whole, &content, nullptr), WholeFile::kREAD);
+    EXPECT_TRUE(isRunInput(image));
+    EXPECT_TRUE(isRunInput(whole));
+    EXPECT_FALSE(isRunInput(folder.file("missing")));
 }
 
 } // namespace

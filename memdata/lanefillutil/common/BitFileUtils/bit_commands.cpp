@@ -1,0 +1,188 @@
+// bit_commands.cpp - dump and replacement of bit files, around the stream walker.
+// SPDX-License-Identifier: Apache-2.0
+#include "BitFileUtils/bit_commands.h"
+
+#include "BitFileUtils/bit_container.h"
+#include "BitFileUtils/header_dump.h"
+#include "BitFileUtils/rbt_container.h"
+#include "BitFileUtils/stream_walker.h"
+#include "DeviceTableUtils/device_lookup.h"
+#include "FileUtils/FileUtils.h"
+#include "ListingUtils/ListingUtils.h"
+#include "SystemUtils/alerts.h"
+#include "SystemUtils/lifetime.h"
+#include "platform/run_inputs.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+using namespace memdata;
+using OpenFile = Tracked<fileIODescriptor, abandonFile>;
+
+constexpr u32 kDUMP_FILE = 0x8000022;
+constexpr u32 kREPLACED_FILE = 0x4000023 | kREFUSE_OVERWRITE;
+constexpr u32 kRBT_FORMAT = 15;
+constexpr u32 kDUMP_STREAM_ONLY = 0x20;
+constexpr int kOTHER_DEVICE_STATUS = 4;
+constexpr u64 kCOPY_BLOCK_BYTES = 64 * 1024;
+constexpr u64 kNAMED_LANES = 10; // in a warning, the others are counted
+
+// The header of the one call; a caller's own record when it wants to see it.
+class HeaderOwner {
+public:
+    explicit HeaderOwner(BitFileHeaderType* given) : at_(given != nullptr ? given : &own_) {}
+    ~HeaderOwner() { DeleteBITHeader(at_); }
+    HeaderOwner& operator=(HeaderOwner&&) = delete; // neither copied nor moved
+    BitFileHeaderType* get() const { return at_; }
+
+private:
+    BitFileHeaderType own_{};
+    BitFileHeaderType* at_;
+};
+
+// A mapping without a device takes that of the file.
+int matchDevice(AddressMappingType* addressMapping, TarselDeviceType* device, const char* fileName) {
+    if (addressMapping == nullptr) return 0;
+    if (addressMapping->device == nullptr) addressMapping->device = device;
+    if (addressMapping->device == device) return 0;
+    return PrintError(kERROR_MESSAGE_STRING, kOTHER_DEVICE_STATUS,
+        formatted("Bit file '%s' is for device '%s', but the address map was read for device '%s'. Please name the bit "
+                  "file's device, or none.",
+            fileName, deviceName(device), deviceName(addressMapping->device)));
+}
+
+void visitLanes(AddressMappingType* addressMapping, auto&& visit) {
+    for (AddressMapType* map = addressMapping->addressMaps; map != nullptr; map = map->next)
+        for (AddressSpaceLinkType* link = map->addressSpaces; link != nullptr; link = link->next)
+            for (AddressRangeDefType* range = link->space->ranges; range != nullptr; range = range->next)
+                for (u64 i = 0; i < range->busBlockCount; ++i) {
+                    const BusBlockType* block = range->busBlocks[i];
+                    for (u64 n = 0; n < block->laneCount; ++n) visit(*block->lanes[n]->lane);
+                    for (u64 n = 0; n < block->eccLaneCount; ++n) visit(*block->eccLanes[n]->lane);
+                }
+}
+
+// Data that reached no memory of the stream is named: it is lost in the new file.
+void warnOfUnplacedLanes(AddressMappingType* addressMapping, const char* fileName) {
+    std::string names;
+    u64 count = 0;
+    visitLanes(addressMapping, [&](const BitLaneType& lane) {
+        if (lane.laneState == 0 || lane.isReplaced || lane.locKind == kLOC_KIND_NONE) return;
+        if (++count <= kNAMED_LANES) names += std::string("\n    ") + lane.name;
+    });
+    if (count == 0) return;
+    if (count > kNAMED_LANES) names += "\n    ...";
+    PrintWarning(kERROR_MESSAGE_STRING, 0,
+        formatted("The data of %lld bit lanes found no memory in the stream of file '%s':%s", count, fileName, names));
+}
+
+int replaceStream(fileIODescriptor* input, fileIODescriptor* output, TarselDeviceType* device, u32 flags, u32 byteCount,
+    AddressMappingType* addressMapping) {
+    if (addressMapping != nullptr) visitLanes(addressMapping, [](BitLaneType& lane) { lane.isReplaced = false; });
+    const int status = OutputBITData(input, output, nullptr, device, flags, &byteCount, addressMapping);
+    if (status == 0 && addressMapping != nullptr) warnOfUnplacedLanes(addressMapping, GetFileName(input));
+    return status;
+}
+
+// What follows the stream in the file.
+int copyRest(fileIODescriptor* input, fileIODescriptor* output) {
+    std::array<char, kCOPY_BLOCK_BYTES> block;
+    for (;;) {
+        const u64 before = GetFilePosition(input);
+        const int status = inputBlock(input, block.data(), block.size());
+        const u64 count = GetFilePosition(input) - before;
+        if (int written = outputBlock(output, block.data(), count); written != 0) return written;
+        if (status == kEND_OF_CONTENTS) return 0;
+        if (status != 0) return status;
+    }
+}
+
+// The output takes its name only when all of it is written.
+int finish(OpenFile& output) {
+    fileIODescriptor* file = output.release();
+    const int status = Close_File(&file);
+    if (file != nullptr) abandonFile(&file);
+    return status;
+}
+
+} // namespace
+
+int DoBITDump(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flags, AddressMappingType* addressMapping,
+    BitFileHeaderType* header) {
+    const HeaderOwner owner(header);
+    OpenFile input;
+    u32 dataLength = 0;
+    TarselDeviceType* device = nullptr;
+    if (int status = OpenBITFile(inputSpec, 0, &dataLength, &device, owner.get(), input.out()); status != 0)
+        return status;
+    if (int status = matchDevice(addressMapping, device, GetFileName(input.get())); status != 0) return status;
+
+    OpenFile output;
+    fileIODescriptor* dump = &StandardOut;
+    if (outputSpec != nullptr) {
+        if (int status =
+                OpenDiskFile(outputSpec, nullptr, "dmp", nullptr, kDUMP_FILE | kREFUSE_OVERWRITE, output.out());
+            status != 0)
+            return status;
+        dump = output.get();
+    }
+    int status = 0;
+    if ((flags & kDUMP_STREAM_ONLY) == 0) {
+        status = OutputVersionHeader(dump, nullptr, "\n\n%s BIT file dump.\n", GetSystemToolName());
+        if (status == 0) status = DumpBITHeader(dump, GetFileName(input.get()), owner.get());
+    }
+    SetupUpdateProgress(0, nullptr);
+    if (status == 0) status = OutputBITData(input.get(), nullptr, dump, device, flags, &dataLength, addressMapping);
+    if (status != 0) return status;
+    return outputSpec != nullptr ? finish(output) : Flush_File(&StandardOut);
+}
+
+int DoBITReplacement(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flags, AddressMappingType* addressMapping,
+    BitFileHeaderType* header, ProgressCallbackType progress) {
+    const RunInputs inputs; // the output must not be the bit file itself
+    const HeaderOwner owner(header);
+    OpenFile input;
+    u32 dataLength = 0;
+    TarselDeviceType* device = nullptr;
+    if (int status = OpenBITFile(inputSpec, 0, &dataLength, &device, owner.get(), input.out()); status != 0)
+        return status;
+    if (int status = matchDevice(addressMapping, device, GetFileName(input.get())); status != 0) return status;
+    if (inputSpec->format == kRBT_FORMAT)
+        if (int status = completeRBTHeader(owner.get()); status != 0) return status;
+
+    OpenFile output;
+    if (int status = OpenDiskFile(outputSpec != nullptr ? outputSpec : inputSpec, nullptr, "bit",
+            outputSpec != nullptr ? nullptr : "_rp", kREPLACED_FILE, output.out());
+        status != 0)
+        return status;
+    SetupUpdateProgress(static_cast<u32>(2 * GetFileLogicalSize(input.get())), progress);
+    int status = WriteBITHeader(output.get(), owner.get());
+    if (status == 0) status = replaceStream(input.get(), output.get(), device, flags, dataLength, addressMapping);
+    if (status == 0) status = copyRest(input.get(), output.get());
+    return status != 0 ? status : finish(output);
+}
+
+int DoInplaceBITReplacement(TarselDeviceType* device, u8* image, u64 imageSize, AddressMappingType* addressMapping,
+    ProgressCallbackType progress) {
+    if (device == nullptr || image == nullptr)
+        return PrintError(
+            kERROR_MESSAGE_STRING, 3, "A stream cannot be changed in place without its device and bytes.");
+    if (imageSize > ~u32{0})
+        return PrintError(kERROR_MESSAGE_STRING, 3, "A stream of 4 GiB or more cannot be changed in place.");
+    if (int status = matchDevice(addressMapping, device, "input_bit_image"); status != 0) return status;
+    OpenFile input;
+    OpenFile output;
+    char* bytes = reinterpret_cast<char*>(image);
+    if (int status = OpenMemoryFile("input_bit_image", kREAD_ACCESS | kBINARY_FILE, bytes, imageSize, input.out());
+        status != 0)
+        return status;
+    if (int status = OpenMemoryFile("output_bit_image", kWRITE_ACCESS | kBINARY_FILE, bytes, imageSize, output.out());
+        status != 0)
+        return status;
+    SetupUpdateProgress(static_cast<u32>(2 * GetFileLogicalSize(input.get())), progress);
+    int status = replaceStream(input.get(), output.get(), device, 0, static_cast<u32>(imageSize), addressMapping);
+    const int closed = finish(output);
+    return status != 0 ? status : closed;
+}
