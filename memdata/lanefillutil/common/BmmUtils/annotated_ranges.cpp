@@ -4,6 +4,7 @@
 #include "BmmUtils/annotated_parts.h"
 #include "BmmUtils/location_strings.h"
 #include "BmmUtils/model/text.h"
+#include "BmmUtils/validation.h"
 
 #include <span>
 
@@ -17,10 +18,6 @@ u32 memory_class(const MEMORYLocType* memory) {
     return memory == nullptr || memory->type == nullptr ? 0 : memory->type->sizeUnits;
 }
 
-bool is_generic(const MEMORYLocType* memory) {
-    return (memory_class(memory) & kGENERIC_MEMORY_CLASS) != 0;
-}
-
 const char* memory_word(const MEMORYLocType* memory) {
     return get_memory_type_string(memory == nullptr ? nullptr : memory->type);
 }
@@ -30,7 +27,7 @@ const char* memory_word(const MEMORYLocType* memory) {
 bool has_usual_addresses(const BitLaneGridElemType* element, const MEMORYLocType* rangeMemory) {
     if (element->addressLow == 0 && element->addressHigh == 0) return true;
     const MEMORYLocType* memory = element->lane->memory;
-    if (!is_generic(memory) || (rangeMemory != nullptr && !is_generic(rangeMemory))) return false;
+    if (!isGenericMemory(memory) || (rangeMemory != nullptr && !isGenericMemory(rangeMemory))) return false;
     const u64 words = element->laneWidth == 0 ? 0 : memory->type->dataBits / element->laneWidth;
     return words != 0 && element->wordCount == words && element->addressLow % words == 0;
 }
@@ -55,7 +52,7 @@ void put_lane(
     text.line(indent) << (lane->isRelativePath ? "*/" : "") << static_cast<const char*>(lane->name) << " ";
     const bool usual = has_usual_addresses(element, rangeMemory);
     // A second word MEMORY would make a second memory.
-    const bool sharesGeneric = lane->memory == rangeMemory && is_generic(rangeMemory);
+    const bool sharesGeneric = lane->memory == rangeMemory && isGenericMemory(rangeMemory);
     if (!usual && !sharesGeneric) text << memory_word(lane->memory) << " ";
     if (element->eccType != kECC_NONE) text << get_ECCAlgorithmType_string(element->eccType) << " ";
     text << "[" << return_bitLane_left_value(element) << ":" << return_bitLane_right_value(element) << "]";

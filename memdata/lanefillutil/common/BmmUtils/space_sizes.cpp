@@ -7,10 +7,6 @@ namespace {
 
 using namespace memdata;
 
-bool is_generic(const MEMORYLocType* memory) {
-    return memory != nullptr && memory->type != nullptr && (memory->type->sizeUnits & kGENERIC_MEMORY_CLASS) != 0;
-}
-
 int report_too_many_addresses(const AddressSpaceDefType* space) {
     return PrintError(
         kERROR_MESSAGE_STRING, 3, formatted("The addresses of ADDRESS_SPACE '%s' exceed 64 bits.", space->name));
@@ -36,7 +32,7 @@ int size_generic_memory(const AddressSpaceDefType* space, AddressRangeDefType* r
 // A lane of a generic memory could not have a depth until now. Explicit addresses stay.
 void size_generic_lane(BitLaneGridElemType* element, u64 dataBits, u64 firstWord) {
     BitLaneType* lane = element->lane;
-    if (!is_generic(lane->memory)) return;
+    if (!isGenericMemory(lane->memory)) return;
     setMemoryDataBits(lane->memory, dataBits);
     const u64 words = element->laneWidth == 0 ? 0 : dataBits / element->laneWidth;
     if (element->addressLow != 0 || element->addressHigh != 0 || words == 0) return;
@@ -80,7 +76,7 @@ int size_blocks(AddressSpaceDefType* space, AddressRangeDefType* range) {
     for (u64 i = 0; i < range->busBlockCount; ++i) {
         BusBlockType* block = range->busBlocks[i];
         if (int status = size_block(space, range, block); status != 0) return status;
-        if (is_generic(range->memory)) size_generic_lanes(block, range->memory->type->dataBits, &firstWord);
+        if (isGenericMemory(range->memory)) size_generic_lanes(block, range->memory->type->dataBits, &firstWord);
         if (int status = place_block(space, block, space->rangeByteTotal + range->byteTotal); status != 0)
             return status;
         range->byteTotal += block->byteSize;
@@ -109,7 +105,7 @@ int check_depths(const AddressSpaceDefType* space, const AddressRangeDefType* ra
 int finish_range(AddressSpaceDefType* space, AddressRangeDefType* range) {
     range->wordAddressing = space->wordAddressing;
     range->byteTotal = 0;
-    if (is_generic(range->memory))
+    if (isGenericMemory(range->memory))
         if (int status = size_generic_memory(space, range); status != 0) return status;
 
     range->startAddress = space->nextAddress;
@@ -123,6 +119,10 @@ int finish_range(AddressSpaceDefType* space, AddressRangeDefType* range) {
 }
 
 } // namespace
+
+bool memdata::isGenericMemory(const MEMORYLocType* memory) {
+    return memory != nullptr && memory->type != nullptr && (memory->type->sizeUnits & kGENERIC_MEMORY_CLASS) != 0;
+}
 
 u64 memdata::deviceBits(const MEMORYType* type) {
     if (type == nullptr) return 0;

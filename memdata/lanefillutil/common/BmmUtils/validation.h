@@ -43,6 +43,9 @@ namespace memdata {
 inline constexpr u64 kMAX_BUS_BITS = 2048;     // bits of a bus, numbered from 0
 inline constexpr u64 kMAX_LANE_DATA_BITS = 64; // data bits of one lane word; parity bits come on top
 
+// Whether the memory has its size from the map; false for null.
+bool isGenericMemory(const MEMORYLocType* memory);
+
 // The bits of a device that lane words share: data bits, and parity bits where lane widths count them.
 u64 deviceBits(const MEMORYType* type);
 
