@@ -25,7 +25,8 @@ struct parse_stream;
 //   parent      not used: a document is read in a stream of its own
 //   out         cleared; may be null
 // Status 0; 17 with a warning for a document without an AddressMap; that of reading, with the same warning, when it
-// cannot be read; 3 with an alert for a bad or doubled device, name or number; 7; that of the checks of a space.
+// cannot be read; 3 with an alert for a document that is cut off and for a bad or doubled device, name or number; 7; that
+// of the checks of a space.
 int open_and_parse_bmm_XML(fileSpecType* spec, AddressMappingType* mapping, const char* root, const char* rescanText,
     parse_stream* parent, parse_stream** out);
 

@@ -192,7 +192,11 @@ int parse_XML_addressMaps(LNF_XML_Element* element, const char* root, AddressMap
 
 int parse_XML_bmm_file(LNF_XML* document, const char* root, AddressMappingType* mapping) {
     LNF_XML_Element* element = LNF_XML_Element_Get_Next_Child(document, xml::kADDRESS_MAP);
-    return element == nullptr ? kNO_CONTENT_STATUS : parse_XML_addressMaps(element, root, mapping);
+    if (element == nullptr) return kNO_CONTENT_STATUS;
+    // The spaces that are missing would not be missed by any check.
+    if (element->Is_Cut_Off())
+        return PrintError(kERROR_MISSING_KEYWORD_AND_EXPECTED, kSYNTAX_STATUS, "end-of-file", "</AddressMap>");
+    return parse_XML_addressMaps(element, root, mapping);
 }
 
 int open_and_parse_bmm_XML(fileSpecType* spec, AddressMappingType* mapping, const char* root, const char* rescanText,

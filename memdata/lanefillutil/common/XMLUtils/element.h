@@ -66,6 +66,10 @@ public:
     unsigned long Get_Child_Count() const { return children_.count; }
     void Reset_Next_Child() { children_.cursor = 0; }
 
+    // Set by the reader when the text ended inside the element: what follows in it is lost.
+    void Set_Cut_Off() { isCutOff_ = true; }
+    bool Is_Cut_Off() const { return isCutOff_; }
+
     // The element that this one is a child of, or null.
     LNF_XML_Element* parent() const { return parent_; }
     // Without the cursors: the child and the attribute name at an index below the count, the value of that name.
@@ -81,6 +85,7 @@ private:
     memdata::XmlNameList attributes_{}; // the hidden word is the value
     memdata::XmlNameList children_{};   // the hidden word is the element
     LNF_XML_Element* parent_ = nullptr;
+    bool isCutOff_ = false;
 };
 
 // The same under the names of plain operations.

@@ -89,17 +89,21 @@ int read_head(parse_stream* stream, token_element* token, const ElementHeadType&
         (*element)->Set_Type(kXML_PARENT_ELEMENT);
         *state = ElementState::kOPEN;
     } else if (token->type != head.endToken) {
+        if (token->type == &kEND_OF_FILE) (*element)->Set_Cut_Off();
         return 0;
     }
     return get_next_token(stream, token);
 }
 
 // The end tag of an element, from its mark on. What does not match is left in token.
-int read_end_tag(parse_stream* stream, token_element* token, const LNF_XML_Element* element) {
+int read_end_tag(parse_stream* stream, token_element* token, LNF_XML_Element* element) {
     if (int status = get_next_token(stream, token); status != 0) return status;
-    if (token->type != &kIDENTIFIER_TOKEN || std::strcmp(token->text, element->Get_Tag_Name()) != 0) return 0;
-    if (int status = get_next_token(stream, token); status != 0) return status;
-    return token->type == &kXML_TAG_END ? get_next_token(stream, token) : 0;
+    if (token->type == &kIDENTIFIER_TOKEN && std::strcmp(token->text, element->Get_Tag_Name()) == 0) {
+        if (int status = get_next_token(stream, token); status != 0) return status;
+        if (token->type == &kXML_TAG_END) return get_next_token(stream, token);
+    }
+    if (token->type == &kEND_OF_FILE) element->Set_Cut_Off();
+    return 0;
 }
 
 // An open element with all that is in it. Children are walked along their parents, not by recursion.
@@ -118,7 +122,10 @@ int read_contents(
                 ++depth;
             }
         } else {
-            if (token->type == &kXML_END_TAG_START) status = read_end_tag(stream, token, element);
+            if (token->type == &kXML_END_TAG_START)
+                status = read_end_tag(stream, token, element);
+            else if (token->type == &kEND_OF_FILE)
+                element->Set_Cut_Off();
             element = element->parent();
             --depth;
         }

@@ -460,14 +460,20 @@ std::string whole_document() {
                                     1)})})})});
 }
 
-TEST_F(XmlMapReader, EveryCutOfADocumentEndsWithAStatus) {
-    const std::string whole = whole_document();
+TEST_F(XmlMapReader, ADocumentThatIsCutOffIsReported) {
+    EXPECT_EQ(said("<AddressMap><Processor Name=\"\"/>"),
+        "3:\nERROR:Lanefill:14 - Missing keyword. 'end-of-file' found, '</AddressMap>' expected.\n\n");
+}
+
+TEST_F(XmlMapReader, EveryCutOfADocumentIsReported) {
+    std::string whole = whole_document();
+    whole.pop_back(); // the last line end
     CapturedAlerts alerts;
     EXPECT_EQ(said(whole), "0:");
     for (size_t n = 1; n < whole.size(); ++n) {
         TestMap map;
-        const int status = read(map.get(), whole.substr(0, n));
-        EXPECT_EQ(status != 0, !alerts.take().empty()) << n;
+        EXPECT_NE(read(map.get(), whole.substr(0, n)), 0) << n;
+        EXPECT_NE(alerts.take(), "") << n;
     }
 }
 

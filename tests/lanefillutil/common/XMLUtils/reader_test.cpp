@@ -139,6 +139,20 @@ TEST_F(XmlReader, AnElementThatIsNotEndedEndsWithTheText) {
     EXPECT_EQ(read("<a/><"), "a:2");
 }
 
+TEST_F(XmlReader, AnElementInWhichTheTextEndsKnowsIt) {
+    const auto cutOff = [](std::string_view text) {
+        OwnedFileSpec spec(CreateFileSpecWithFileData("t.xml", text.data(), text.size()));
+        LNF_XML document;
+        EXPECT_EQ(document.ReadXML(spec.get(), nullptr, 0), 0) << text;
+        return document.child(0)->Is_Cut_Off();
+    };
+    for (const char* text : {"<a", "<a b=\"1\"", "<a>", "<a><b/>", "<a><b></b>", "<a><b/></", "<a><b/></a", "<a><!-- "})
+        EXPECT_TRUE(cutOff(text)) << text;
+    for (const char* text : {"<a/>", "<a></a>", "<a><b/></a>", "<a></a><b>", "<a></a><!-- "})
+        EXPECT_FALSE(cutOff(text)) << text;
+    EXPECT_FALSE(LNF_XML_Element("a").Is_Cut_Off());
+}
+
 TEST_F(XmlReader, AnElementWithoutTagEndIsFollowedByTheNext) {
     EXPECT_EQ(read("<a b=\"1\" <c/>"), "a:2 b='1', c:2");
 }
