@@ -64,12 +64,16 @@ const char* readable_text(const token_element* token) {
     return token->type == &kEND_OF_FILE ? "end-of-file" : token->text;
 }
 
-int report_symbol(parse_stream* stream, const token_element* token) {
+} // namespace
+
+int memdata::refusePathSymbol(parse_stream* stream, const token_element* token) {
     ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-206@%s", readable_text(token));
     if (HPAParamMgr::getParamMgr().getValueIfExistAsBool("memdata.debugLegacyMessages", false))
         PrintErrorLocation(stream, kERROR_ILLEAGAL_FILE_OR_PATH_SYMBOL, kSYNTAX, token, token->text);
     return kSYNTAX;
 }
+
+namespace {
 
 int append_beginning(PathType* path, bool quiet) {
     const token_type* type = path->token->type;
@@ -84,7 +88,7 @@ int append_beginning(PathType* path, bool quiet) {
         const bool isVolume = status == 0 && path->token->type == &kVOLUME_SEPARATOR_TOKEN;
         return isVolume ? append(path, path->token->text) : status;
     }
-    return quiet ? kNO_PATH : report_symbol(path->stream, path->token);
+    return quiet ? kNO_PATH : memdata::refusePathSymbol(path->stream, path->token);
 }
 
 bool takes_names(const token_type* last) {

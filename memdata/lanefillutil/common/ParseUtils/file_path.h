@@ -25,4 +25,11 @@ int parse_file_pathname(
 int parse_file_path_beginning(
     parse_stream* stream, token_element* token, bool quiet, char** name, const token_type** last);
 
+namespace memdata {
+
+// Says that a token can not begin a path, for callers that have read quietly. Status 3.
+int refusePathSymbol(parse_stream* stream, const token_element* token);
+
+} // namespace memdata
+
 #endif

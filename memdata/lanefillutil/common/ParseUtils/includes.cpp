@@ -7,6 +7,7 @@
 #include "platform/HEXAll.h"
 
 #include <cstring>
+#include <vector>
 
 using namespace memdata;
 
@@ -44,16 +45,40 @@ int read_name(parse_stream* stream, token_element* token, fileSpecType** spec) {
     return 0;
 }
 
-int add_path(const fileSpecType* spec, StrList* list) {
+int add_path(const fileSpecType* spec, std::vector<OwnedString>* paths) {
     const size_t length = std::strlen(spec->fullName);
     const bool isComplete = length > 0 && spec->fullName[length - 1] == '/';
-    char* path = isComplete ? StrDup(spec->fullName) : StrCat(spec->fullName, "/");
-    if (path == nullptr) return 7;
+    paths->emplace_back(isComplete ? StrDup(spec->fullName) : StrCat(spec->fullName, "/"));
+    return paths->back() == nullptr ? 7 : 0;
+}
+
+int read_paths(parse_stream* stream, token_element* token, std::vector<OwnedString>* paths) {
+    do {
+        SpecOwner spec;
+        if (int status = parse_file_pathname(stream, token, true, false, true, spec.out()); status != 0) return status;
+        if (int status = add_path(spec.get(), paths); status != 0) return status;
+    } while (One_Of_Tokens(token->type, kPATH_LIST_MARKS));
+    return 0;
+}
+
+// All at once: a list that grows one by one is copied each time.
+int extend_list(StrList* list, std::vector<OwnedString>* paths) {
+    if (paths->empty()) return 0;
+    const unsigned long count = StrListCount(*list);
+    StrList longer = nullptr;
     try {
-        return StrListExtend(list, path);
+        longer = StrListNew(count + paths->size());
     } catch (const HEXInternalException&) {
         return 7;
     }
+    for (unsigned long i = 0; i < count; ++i) {
+        StrListSet(longer, i, StrListGet(*list, i));
+        StrListSet(*list, i, nullptr);
+    }
+    for (size_t i = 0; i < paths->size(); ++i) StrListSet(longer, count + i, (*paths)[i].release());
+    StrListDelete(*list);
+    *list = longer;
+    return 0;
 }
 
 } // namespace
@@ -77,10 +102,10 @@ int do_include_op(parse_stream* stream, token_element* token) {
 }
 
 int compile_file_paths(parse_stream* stream, token_element* token, StrList* out) {
-    do {
-        SpecOwner spec;
-        if (int status = parse_file_pathname(stream, token, true, false, true, spec.out()); status != 0) return status;
-        if (int status = add_path(spec.get(), out); status != 0) return status;
-    } while (One_Of_Tokens(token->type, kPATH_LIST_MARKS));
-    return 0;
+    std::vector<OwnedString> paths;
+    const int status = read_paths(stream, token, &paths);
+    // What was read before a failure is kept.
+    if (!paths.empty() && paths.back() == nullptr) paths.pop_back();
+    const int extended = extend_list(out, &paths);
+    return status != 0 ? status : extended;
 }

@@ -66,6 +66,10 @@ inline constexpr token_type kCMD_KEYWORD_TOKEN{nullptr, 0, 0, 0};
 inline constexpr token_type kMEM_OPERATOR_TOKEN{nullptr, 0, 0, 0};
 inline constexpr token_type kXML_OPERATOR_TOKEN{nullptr, 0, 0, 0};
 
+// The class of the command's switches. It stands here because languages that are written behind a switch end where the
+// next one begins.
+inline constexpr token_type kCMD_LINE_SWITCH{&kCMD_KEYWORD_TOKEN, 1, 0, 30};
+
 // Kinds that stand by themselves.
 inline constexpr token_type kWHITESPACE_TOKEN{nullptr, 2, 0, 0};
 inline constexpr token_type kIDENTIFIER_TOKEN{nullptr, 2, 0, 0};
