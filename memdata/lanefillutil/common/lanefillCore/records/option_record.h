@@ -30,7 +30,8 @@ struct CmdStringOptionsType {
     bool dumpEnabled;                // -d
     StrList includePaths;            // -I
     u32 quietMask;                   // -q: alert enable mask
-    FileSpecList bmmFiles;           // -bm, -mm, -mx, -mf; sub-types kBMM_...
+    FileSpecList bmmFiles;           // -bm, -mm, -mx, -mf; sub-types kBMM_...; the attribute is the root, an
+                                     // owned managed string, or null
     fileSpecType* bitFile;           // -bt
     u32 dumpMask;                    // letters of -d
     BDSwitchDataType* bdList;        // -bd, -md, -dataset
@@ -64,7 +65,7 @@ struct CmdStringOptionsType {
     StrList helpTopics;            // -h
 };
 
-// Releases everything in the record, and the log is closed. The record itself is the caller's and all zero.
+// Releases everything in the record; the log is closed, and its include folders are looked in no more. The record itself is the caller's and all zero.
 void DeleteCmdStringOptions(CmdStringOptionsType* options);
 
 #endif

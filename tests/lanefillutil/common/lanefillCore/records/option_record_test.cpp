@@ -3,6 +3,7 @@
 #include "lanefillCore/records/option_record.h"
 
 #include "FileUtils/FileUtils.h"
+#include "ParseUtils/preprocessor.h"
 #include "SystemUtils/lifetime.h"
 #include "SystemUtils/memory.h"
 #include "lanefillCore/records/data_file_names.h"
@@ -38,6 +39,22 @@ TEST_F(OptionRecord, ReleasesEverythingThatHangsOnIt) {
     EXPECT_EQ(getCurrentMemoryUsage(), before);
     EXPECT_EQ(options.bmmFiles, nullptr);
     EXPECT_EQ(options.bdList, nullptr);
+}
+
+TEST_F(OptionRecord, ReleasesTheRootsOfItsMaps) {
+    const u64 before = getCurrentMemoryUsage();
+    fileSpecType* spec = CreateFileSpec("a.bmm");
+    FileSpecSetAttribute(spec, newString("top/cpu"));
+    FileSpecListExtend(&options.bmmFiles, spec);
+    DeleteCmdStringOptions(&options);
+    EXPECT_EQ(getCurrentMemoryUsage(), before);
+}
+
+TEST_F(OptionRecord, ItsIncludeFoldersAreNotLookedInAfterwards) {
+    StrListExtend(&options.includePaths, newString("include/"));
+    register_parsing_include_search_paths(options.includePaths);
+    DeleteCmdStringOptions(&options);
+    EXPECT_EQ(gPP_include_path_list, nullptr);
 }
 
 TEST_F(OptionRecord, ReleasingAnEmptyOneIsNothing) {
