@@ -3,7 +3,7 @@
 #include "CmdParseUtils/option_reader.h"
 
 #include "BmmUtils/bmm_info.h"
-#include "BmmUtils/instance_names.h"
+#include "BmmUtils/names.h"
 
 #include <cstring>
 
@@ -34,14 +34,13 @@ u32 sub_type_of(const fileSpecType* spec) {
 
 // The instance under which a map's instances are, as the spec's attribute.
 int read_root(OptionReader* reader, fileSpecType* spec, bool strips) {
-    OwnedString root;
+    std::string name;
     bool isRelative = false;
-    const int status = parse_instance_name(reader->stream, reader->token, false, &isRelative, root.out());
+    const int status = readInstanceName(reader->stream, reader->token, false, true, &isRelative, &name);
     if (status != 0) return status;
-    if (strips) {
-        root.reset(stripInstancePath(root.release()));
-        if (root == nullptr) return 7;
-    }
+    OwnedString root(newString(name));
+    if (root != nullptr && strips) root.reset(stripInstancePath(root.release()));
+    if (root == nullptr) return 7;
     StrDelete(static_cast<char*>(FileSpecGetAttribute(spec)));
     FileSpecSetAttribute(spec, root.release());
     return 0;

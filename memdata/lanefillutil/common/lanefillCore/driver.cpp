@@ -34,12 +34,13 @@ const char* mappingName(const CmdStringOptionsType* options) {
 }
 
 int readMap(const CmdStringOptionsType* options, fileSpecType* spec, AddressMappingType* mapping) {
+    const auto* root = static_cast<const char*>(FileSpecGetAttribute(spec));
     switch (FileSpecGetSubType(spec)) {
     case kBMM_TEXT_FILE:
-        return open_and_parse_bmm_file(spec, mapping, nullptr, options->macroDefines, nullptr, nullptr);
+        return open_and_parse_bmm_file(spec, mapping, root, options->macroDefines, nullptr, nullptr);
     case kBMM_XML_FILE:
     case kBMM_XML_TEXT:
-        return open_and_parse_bmm_XML(spec, mapping, nullptr, options->macroDefines, nullptr, nullptr);
+        return open_and_parse_bmm_XML(spec, mapping, root, options->macroDefines, nullptr, nullptr);
     case kBMM_INFO_TEXT:
         return open_and_parse_bmm_info(
             reinterpret_cast<unsigned char*>(FileSpecGetFileData(spec, nullptr)), mapping, nullptr, nullptr);

@@ -6,6 +6,7 @@
 #include "lanefillCore/auto_data.h"
 #include "lanefillCore/data_files.h"
 #include "lanefillCore/driver.h"
+#include "lanefillCore/option_run.h"
 #include "lanefillCore/segments.h"
 
 #endif

@@ -1,0 +1,32 @@
+// option_run.cpp - see option_run.h.
+// SPDX-License-Identifier: Apache-2.0
+#include "lanefillCore/option_run.h"
+
+#include "CmdParseUtils/CmdParseUtils.h"
+#include "lanefillCore/driver.h"
+
+namespace memdata {
+
+namespace {
+
+constexpr int kHELP_WANTED = -1;
+
+int carry_out(const char* text, CmdStringOptionsType* options, OptionRun* run) {
+    run->switchCount = -1; // no program name ahead of the switches
+    int status = ParseCmdStringOptions(text, options, &run->switchCount);
+    if (status == 0) status = FinalizeCmdStringOptions(options);
+    return status == 0 ? execute_command_line_options(options) : status;
+}
+
+} // namespace
+
+OptionRun runOptions(const char* text) {
+    OptionRun run;
+    CmdStringOptionsType options{};
+    run.status = carry_out(text, &options, &run);
+    if (run.status == kHELP_WANTED) run.help = helpText(options.helpTopics);
+    DeleteCmdStringOptions(&options);
+    return run;
+}
+
+} // namespace memdata
