@@ -22,8 +22,8 @@ constexpr int kSYNTAX = 3;
 constexpr u32 kPATH_MODES =
     kMODE_RAW_BACKSLASH | kMODE_WHITESPACE | kMODE_LINE_ENDS | kMODE_NO_DIRECTIVES | kMODE_MACRO_LAYOUT;
 
-constexpr const token_type* kNAMES[] = {
-    &kNUMBER, &kIDENTIFIER_TOKEN, &kQUOTED_STRING_TOKEN, &kUNARY_NEGATION, &kWILD_FILENAME_TOKEN, nullptr};
+constexpr const token_type* kNAMES[] = {&kNUMBER, &kIDENTIFIER_TOKEN, &kQUOTED_STRING_TOKEN, &kQUOTED_TEXT_TOKEN,
+    &kUNARY_NEGATION, &kWILD_FILENAME_TOKEN, nullptr};
 constexpr const token_type* kSEPARATORS[] = {&kPATH_SEPARATOR_TOKEN, &kWINDOWS_SEPARATOR_TOKEN, nullptr};
 constexpr const token_type* kLAYOUT[] = {&kWHITESPACE_TOKEN, &kEND_OF_LINE, nullptr};
 
@@ -58,6 +58,17 @@ int append_names(PathType* path) {
     return status;
 }
 
+bool is_quoted(const token_element* token) {
+    return token->type == &kQUOTED_STRING_TOKEN || token->type == &kQUOTED_TEXT_TOKEN;
+}
+
+// Pieces in quotes of either kind that touch are one name, so that a name can hold both kinds.
+int append_quoted(PathType* path) {
+    int status = 0;
+    while (status == 0 && is_quoted(path->token)) status = append(path, path->token->text);
+    return status;
+}
+
 // The host's messages do not know the texts of line and file ends.
 const char* readable_text(const token_element* token) {
     if (token->type == &kEND_OF_LINE) return "end-of-line";
@@ -83,6 +94,7 @@ int append_beginning(PathType* path, bool quiet) {
         const int status = append(path, "//");
         return status == 0 && is_name(path->token) ? append(path, path->token->text) : status;
     }
+    if (is_quoted(path->token)) return append_quoted(path);
     if (is_name(path->token)) {
         const int status = append(path, path->token->text);
         const bool isVolume = status == 0 && path->token->type == &kVOLUME_SEPARATOR_TOKEN;

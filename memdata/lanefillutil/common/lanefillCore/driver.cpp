@@ -14,11 +14,14 @@
 #include "lanefillCore/absent_modules.h"
 #include "lanefillCore/auto_data.h"
 #include "lanefillCore/data_files.h"
+#include "lanefillCore/records/run_report.h"
 #include "platform/run_inputs.h"
 
 #include <new>
 
 namespace {
+
+using memdata::runReport;
 
 constexpr const char* kUNNAMED_MAPPING = "Auto_Generated.bmm";
 
@@ -65,6 +68,7 @@ bool runWithoutMap(CmdStringOptionsType* options, const Jobs& jobs, int* status)
     *status = 0;
     if (!jobs.hasMaps) {
         if (!jobs.hasData && options->preprocessFile != nullptr) {
+            ++runReport().jobs;
             *status =
                 open_and_preprocess_file(options->preprocessFile, "bmm", options->macroDefines, options->outputBmmFile);
             return true;
@@ -74,6 +78,7 @@ bool runWithoutMap(CmdStringOptionsType* options, const Jobs& jobs, int* status)
     if (!jobs.hasMaps || !jobs.hasBitFile) {
         if (options->imageFile != nullptr) return true;
         if (options->dumpEnabled) {
+            ++runReport().jobs;
             *status = jobs.hasData ? DoELFDumps(options) : PrintError(kERROR_MISSING_DATA_FILE_NAME, 1);
             return true;
         }
@@ -102,6 +107,8 @@ int writeMaps(CmdStringOptionsType* options, AddressMappingType* mapping) {
 }
 
 int runWithMap(CmdStringOptionsType* options, const Jobs& jobs, AddressMappingType* mapping) {
+    const bool writesMaps = options->outputBmmFile != nullptr || options->outputXmlBmmFile != nullptr;
+    if (options->dumpEnabled || options->autoInit || jobs.hasData || writesMaps) ++runReport().jobs;
     if (options->dumpEnabled && !jobs.hasData) return dumpBitFile(options, mapping);
     if (options->autoInit)
         if (int status = transform_auto_data_files(mapping, options->macroDefines); status != 0) return status;
@@ -131,6 +138,7 @@ int execute(CmdStringOptionsType* options) {
 int execute_command_line_options(CmdStringOptionsType* options) {
     if (options == nullptr) return PrintError(kERROR_MESSAGE_STRING, 3, "There are no options to carry out.");
     const memdata::RunInputs inputs;
+    memdata::runReport() = {};
     try {
         return execute(options);
     } catch (const std::bad_alloc&) { // from texts of the standard library; tracked memory reports by itself

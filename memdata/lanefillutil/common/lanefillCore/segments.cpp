@@ -6,6 +6,7 @@
 #include "BmmUtils/model/selection.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/lanes/bus_blocks.h"
+#include "lanefillCore/records/run_report.h"
 #include "platform/HPAParamMgr.h"
 
 namespace {
@@ -18,6 +19,13 @@ using StartAddress = StartAddressTypeX<unsigned long>;
 
 bool legacyMessages() {
     return HPAParamMgr::getParamMgr().getValueAsBool("memdata.debugLegacyMessages");
+}
+
+void noteUnmapped(const char* fileName, long segmentIndex, const Section* section) {
+    memdata::RunReport& report = memdata::runReport();
+    if (report.unmappedSegments++ == 0)
+        report.firstUnmapped = memdata::formatted("segment #%ld of '%s' (0x%llX to 0x%llX)", segmentIndex, fileName,
+            section->address, section->address + section->size - 1);
 }
 
 void reportUnmapped(const AddressMappingType* mapping, long segmentIndex, const Section* section) {
@@ -46,6 +54,7 @@ int transform_segment(const char* fileName, AddressMappingType* mapping, const B
     const BootAddress* fileStartup, StartAddress* start, StartAddress* nextStart, bool ignoreUnmapped,
     long segmentIndex, const Section* section, const Section* previous) {
     if (section->size == 0) return 0;
+    ++memdata::runReport().segments;
     if (section->size - 1 > UINT64_MAX - section->address)
         return PrintError(kERROR_MESSAGE_STRING, 7,
             memdata::formatted("Code segment #%ld of '%s' starts at 0x%08llX and has 0x%llX bytes,\n"
@@ -62,6 +71,7 @@ int transform_segment(const char* fileName, AddressMappingType* mapping, const B
             mapping, static_cast<u64>(segmentIndex), section->address, last, link, &iterator, &found);
         if (status == kNOTHING_MATCHES) {
             if (!isMapped && !ignoreUnmapped) reportUnmapped(mapping, segmentIndex, section);
+            if (!isMapped) noteUnmapped(fileName, segmentIndex, section);
             return 0; // on purpose no failure: a file may hold more than this map places
         }
         if (status == 0) status = storeInSpace(fileName, found, boot, fileStartup, start, nextStart, section, previous);

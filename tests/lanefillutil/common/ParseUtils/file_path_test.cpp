@@ -73,6 +73,12 @@ TEST_F(FilePath, NumbersQuotesTildesAndStarsAreNames) {
     EXPECT_EQ(read("* ;").substr(0, 1), "*");
 }
 
+TEST_F(FilePath, QuotesOfEitherKindThatTouchAreOneName) {
+    EXPECT_EQ(read("'say \"x\".mem' ;"), "say \"x\".mem then SEMICOLON(;)");
+    EXPECT_EQ(read(R"("a'b"'"'"c.mem" ;)"), "a'b\"c.mem then SEMICOLON(;)");
+    EXPECT_EQ(read("\"a b/c=+@.mem\" ;"), "a b/c=+@.mem then SEMICOLON(;)");
+}
+
 TEST_F(FilePath, ABackslashInAQuotedNameIsNoEscape) {
     EXPECT_EQ(read("\"c:\\new.mem\" ;").find('\n'), std::string::npos);
 }
