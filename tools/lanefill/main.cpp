@@ -1,32 +1,91 @@
-// main.cpp - the command line tool: picks the sub-command.
+// main.cpp - the command line tool: its own words, sub-commands, and runs of the engine.
 // SPDX-License-Identifier: Apache-2.0
+#include "console.h"
 #include "devices_command.h"
+#include "help_command.h"
+#include "hosts/standalone/standalone_host.h"
+#include "run_command.h"
 
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
-constexpr const char* kHELP = "lanefill - puts software into the block RAMs of FPGA designs.\n"
-                              "\n"
-                              "  lanefill devices          the devices as a table (--all: with unlisted ones)\n"
-                              "  lanefill devices tq7b100  one device, with a drawing of its memory columns\n"
-                              "  lanefill devices --json   every record, array and decode table\n"
-                              "  lanefill help             this text\n";
+using memdata::printError;
+using memdata::StandaloneParameters;
 
-int printHelp() {
-    if (std::fputs(kHELP, stdout) >= 0 && std::fflush(stdout) == 0) return 0;
-    std::fputs("lanefill: standard output can not be written\n", stderr);
-    return 1;
+constexpr int kUSAGE = 1;
+
+int setParameter(std::string_view assignment) {
+    const size_t equals = assignment.find('=');
+    const std::string name(assignment.substr(0, equals));
+    const std::string_view value = equals == assignment.npos ? "" : assignment.substr(equals + 1);
+    switch (memdata::standaloneHost().parameters().setValueFromText(name, value)) {
+    case StandaloneParameters::kUNKNOWN_NAME:
+        printError("there is no parameter '" + name + "'; 'lanefill --params' lists them");
+        return kUSAGE;
+    case StandaloneParameters::kNO_BOOLEAN:
+        printError("--param takes NAME=on or NAME=off, not '" + std::string(assignment) + "'");
+        return kUSAGE;
+    case StandaloneParameters::kSET:
+        break;
+    }
+    return 0;
+}
+
+// Takes the tool's own words out. A status of -1: go on with the others.
+int takeOwnWords(std::span<char* const> words, std::vector<char*>& others) {
+    constexpr std::string_view kASSIGNED = "--param=";
+    for (size_t i = 0; i < words.size(); ++i) {
+        const std::string_view word = words[i];
+        int status = 0;
+        if (word == "--help") return memdata::runHelpCommand({});
+        if (word == "--version") return memdata::printVersion();
+        if (word == "--params") return memdata::printParameters();
+        if (word == "--param" || word.starts_with(kASSIGNED)) {
+            const bool isNext = word == "--param";
+            if (isNext && i + 1 == words.size()) {
+                printError("--param takes NAME=on or NAME=off");
+                return kUSAGE;
+            }
+            status = setParameter(isNext ? words[++i] : word.substr(kASSIGNED.size()));
+        } else if (word.starts_with("--") && word.size() > 2) {
+            printError("there is no option '" + std::string(word) + "'; 'lanefill --help' lists all");
+            status = kUSAGE;
+        } else {
+            others.push_back(words[i]);
+        }
+        if (status != 0) return status;
+    }
+    return -1;
+}
+
+int run(std::span<char* const> words) {
+    if (words.empty()) return memdata::printIntroduction();
+    const std::string_view command = words.front();
+    if (command == "devices") return memdata::runDevicesCommand(words.subspan(1));
+    if (command == "help") return memdata::runHelpCommand(words.subspan(1));
+    std::vector<char*> others;
+    if (int status = takeOwnWords(words, others); status >= 0) return status;
+    if (others.empty()) return memdata::printIntroduction();
+    if (others.front()[0] != '-') {
+        printError("'" + std::string(others.front()) +
+                   "' is no sub-command; files follow a switch: -bm for an address map, -bd for a data file, -bt for a "
+                   "bit file");
+        return kUSAGE;
+    }
+    return memdata::runOptionWords(others);
 }
 
 } // namespace
 
 int main(int count, char** arguments) {
-    const std::span<char* const> words(arguments, static_cast<size_t>(count));
-    const std::string_view command = words.size() > 1 ? words[1] : "";
-    if (command == "devices") return memdata::runDevicesCommand(words.subspan(2));
-    if (command == "help" || command == "--help") return printHelp();
-    std::fputs("lanefill: this build has no command line yet; 'lanefill help' tells what it can do\n", stderr);
-    return 1;
+    try {
+        return run(std::span<char* const>(arguments, static_cast<size_t>(count)).subspan(count > 0 ? 1 : 0));
+    } catch (const std::bad_alloc&) {
+        printError("memory is exhausted");
+        return 7;
+    }
 }

@@ -1,0 +1,100 @@
+// help_command.cpp - see help_command.h.
+// SPDX-License-Identifier: Apache-2.0
+#include "help_command.h"
+
+#include "CmdParseUtils/help_topics.h"
+#include "console.h"
+#include "hosts/standalone/standalone_host.h"
+
+#include <string>
+#include <string_view>
+
+namespace memdata {
+namespace {
+
+constexpr std::string_view kINTRODUCTION =
+    "lanefill puts software into the block RAMs of FPGA designs.\n"
+    "\n"
+    "  lanefill -bm soc.bmm -bd app.elf -bx sim          MEM files for a simulator\n"
+    "  lanefill -bm soc.bmm -bd app.elf -bt top.bit -o b new.bit\n"
+    "                                                    the bit file with the new software\n"
+    "  lanefill -bm soc.bmm -o p checked.bmm             check a map, write it annotated\n"
+    "\n"
+    "lanefill --help       all switches and sub-commands\n"
+    "lanefill help bd      one switch in detail\n"
+    "lanefill devices      the devices it knows\n";
+
+constexpr std::string_view kCOMMANDS = "Sub-commands and options of the tool:\n"
+                                       "  devices [NAME]            the devices, or one of them; --all, --json\n"
+                                       "  help [TOPIC...]           this text, or a switch in detail\n"
+                                       "  --param NAME=on|off       set a parameter for this run; --params lists them\n"
+                                       "  --version, --help\n"
+                                       "\n"
+                                       "Switches, in any order:\n";
+
+constexpr std::string_view kCLOSING =
+    "\n"
+    "The exit status is 0 when all was done, else that of the failure, which is told on standard error.\n"
+    "Existing files are kept unless -w is given. 'lanefill help SWITCH' has the details.\n";
+
+struct CommandTopic {
+    std::string_view name;
+    std::string_view text;
+};
+constexpr CommandTopic kCOMMAND_TOPICS[] = {
+    {"devices", "lanefill devices [NAME | --all | --json]\n"
+                "  The devices as a table, one of them with a drawing of its memory columns, or all\n"
+                "  records, location arrays and decode tables as JSON. --all: unlisted ones too.\n"
+                "  Example: lanefill devices tq7b100\n"},
+    {"param", "lanefill --param NAME=on|off ...\n"
+              "  Sets a parameter of the host for this run. --params lists all of them.\n"
+              "  Example: lanefill --param memdata.debugLegacyMessages=on -bm soc.bmm\n"},
+};
+
+// Null for a word that is neither a sub-command nor a switch.
+std::string topicText(std::string_view word) {
+    while (word.starts_with('-')) word.remove_prefix(1);
+    for (const CommandTopic& topic : kCOMMAND_TOPICS)
+        if (topic.name == word) return std::string(topic.text);
+    const HelpTopic* topic = findHelpTopic(word);
+    return topic == nullptr ? std::string() : helpText(*topic);
+}
+
+} // namespace
+
+int printIntroduction() {
+    return print(kINTRODUCTION);
+}
+
+int printVersion() {
+    return print("lanefill of " + standaloneHost().fullProduct() + "\n");
+}
+
+int printParameters() {
+    std::string text;
+    for (const StandaloneParameters::Parameter& parameter : standaloneHost().parameters().list())
+        text +=
+            parameter.name + "=" + (parameter.defaultValue ? "on" : "off") + "\n    " + parameter.description + "\n";
+    return print(text);
+}
+
+int runHelpCommand(std::span<char* const> words) {
+    if (words.empty())
+        return print(
+            std::string(kINTRODUCTION) + "\n" + std::string(kCOMMANDS) + helpOverview() + std::string(kCLOSING));
+    int status = 0;
+    std::string text;
+    for (const char* word : words) {
+        const std::string topic = topicText(word);
+        if (topic.empty()) {
+            printError("there is no help about '" + std::string(word) + "'; 'lanefill help' lists all topics");
+            status = 1;
+        } else {
+            text += (text.empty() ? "" : "\n") + topic;
+        }
+    }
+    const int printed = print(text);
+    return printed != 0 ? printed : status;
+}
+
+} // namespace memdata
