@@ -17,7 +17,7 @@ namespace {
 
 // A name ends at a blank, also inside macros.
 constexpr u32 kNAME_MODES = kMODE_WHITESPACE | kMODE_LINE_ENDS | kMODE_MACRO_LAYOUT;
-constexpr u32 kSUFFIX_MODES = kMODE_NO_AUTO_POP | kMODE_NO_DIRECTIVES | kMODE_LINE_ENDS | kMODE_WHITESPACE; // 1164
+constexpr u32 kSUFFIX_MODES = kMODE_NO_DIRECTIVES | kMODE_LINE_ENDS | kMODE_WHITESPACE;
 
 constexpr const char* kNAME_EXPECTED = "BRAM instance name";
 constexpr const char* kPIECE_EXPECTED = "BRAM instance path name";
@@ -107,9 +107,11 @@ bool belongs_to_suffix(const token_element* token) {
            token->type == &kPERIOD || token->type == &kIDENTIFIER_TOKEN;
 }
 
+// Blanks end the suffix. It may begin behind a macro that gave the name.
 int read_suffix(parse_stream* stream, token_element* token, std::string* name) {
-    ParseModes modes(stream, kSUFFIX_MODES, true);
+    const ParseModes modes(stream, kSUFFIX_MODES, true);
     int status = get_next_token(stream, token);
+    if (status != 0 || token->type != &kLEFT_BRACKET) return status;
     while (status == 0 && belongs_to_suffix(token)) {
         append(name, token);
         status = get_next_token(stream, token);
@@ -154,13 +156,8 @@ int parse_instance_name(parse_stream* stream, token_element* token, bool haveFir
 int memdata::readObjectName(parse_stream* stream, token_element* token, const char* expected, std::string* name) {
     if (!isNameWord(token)) return refuseSymbol(stream, token, expected);
     name->assign(token->text, token->length);
-    const token_element* next = look_ahead_stream_tokens(stream, 0);
-    if (next == nullptr || next->type != &kLEFT_BRACKET) return get_next_token(stream, token);
-    if (int status = read_suffix(stream, token, name); status != 0) return status;
-    // Blanks end the suffix, and so does the end of a macro that gave it.
-    if (is_layout(token) || token->type == &kEND_OF_FILE) return get_next_token(stream, token);
-    lookUpAgain(stream, token);
-    return 0;
+    const int status = read_suffix(stream, token, name);
+    return status == 0 && is_layout(token) ? get_next_token(stream, token) : status;
 }
 
 int memdata::readInstancePath(
