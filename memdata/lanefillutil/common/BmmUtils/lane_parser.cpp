@@ -56,9 +56,34 @@ struct BlockType {
     u64 nextAddress;
 };
 
+// A name that was entered in its map ahead of the element that it will stand for: it is looked up only once.
+class ReservedName {
+public:
+    ReservedName() = default;
+    ~ReservedName() {
+        if (entry_ != nullptr) delete_context_symbol(name_.c_str(), names_);
+    }
+    ReservedName& operator=(ReservedName&&) = delete; // neither copied nor moved
+
+    // False when the name is taken, or there is no memory.
+    bool enter(const std::string& name, symbol_context* names) {
+        name_ = name;
+        names_ = names;
+        entry_ = insert_context_symbol(name.c_str(), names, nullptr, nullptr);
+        return entry_ != nullptr;
+    }
+    void standFor(BitLaneGridElemType* element) { std::exchange(entry_, nullptr)->value = element; }
+
+private:
+    std::string name_;
+    symbol_context* names_ = nullptr;
+    symbol_entry* entry_ = nullptr;
+};
+
 // What one statement says.
 struct LaneType {
     std::string name;
+    ReservedName entry;
     bool isRelative = false;
     MEMORYLocType* memory = nullptr;
     u32 eccType = kECC_NONE;
@@ -93,7 +118,10 @@ int read_name(const BlockType& block, LaneType* lane) {
         status != 0)
         return status;
     rootInstanceName(block.root, &lane->name);
-    if (lookup_context_symbol(lane->name.c_str(), true, block.space->map->instanceNames) == nullptr) return 0;
+    symbol_context* names = block.space->map->instanceNames;
+    if (lane->entry.enter(lane->name, names)) return 0;
+    if (lookup_context_symbol(lane->name.c_str(), true, names) == nullptr)
+        return OUT_OF_MEMORY("bitLane", sizeof(symbol_entry));
     return PrintErrorLocation(
         block.stream, kERROR_BRAM_INSTANCE_NAME_DUPLICATE, kSYNTAX_STATUS, &place, block.space->name);
 }
@@ -208,20 +236,14 @@ int record_location(const BlockType& block, const LaneType& lane, BitLaneType* d
     return record_bitLane_LOC_constraint(block.stream, &lane.locPlace, block.mapping, device);
 }
 
-int enter_name(const BlockType& block, BitLaneGridElemType* element) {
-    symbol_context* names = block.space->map->instanceNames;
-    if (insert_context_symbol(element->lane->name, names, element, nullptr) != nullptr) return 0;
-    return OUT_OF_MEMORY("bitLane", sizeof(symbol_entry));
-}
-
 int take_lane(const BlockType& block, LaneChainType* data, LaneChainType* ecc, BusBlockType* out) {
     LaneType lane;
     OwnedLaneElement element;
     int status = read_lane(block, &lane);
     if (status == 0) status = make_element(block, &lane, &element);
     if (status == 0) status = record_location(block, lane, element->lane);
-    if (status == 0) status = enter_name(block, element.get());
     if (status != 0) return status;
+    lane.entry.standFor(element.get());
     const bool isEcc = lane.eccType != kECC_NONE;
     if (out->laneListOrder == kBitLaneListOrderNone)
         out->laneListOrder = isEcc ? kBitLaneListOrderEccFirst : kBitLaneListOrderDataFirst;

@@ -12,7 +12,9 @@ void delete_MEMORY_extended_types();
 
 namespace {
 
-constexpr unsigned kEXPECTED_SYMBOLS = 1000; // of a mapping
+// Names of a mapping. The table never grows: this asks for its largest size, whose chains hold two dozen names in a map
+// of 100,000 lanes, where a table for 1,000 names would have chains of two hundred.
+constexpr unsigned kEXPECTED_SYMBOLS = 10'000;
 
 // Everything of the mapping; the user memory types are the process's.
 void release_mapping(AddressMappingType* mapping) {
