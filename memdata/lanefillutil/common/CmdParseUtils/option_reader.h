@@ -36,7 +36,7 @@ public:
     int refuse(const Alert_message_type& message, int status, const Arguments&... arguments) {
         return PrintErrorLocation(stream, message, status, token, token->text, arguments...);
     }
-    // An error at the token, or at another one that was copied before. Gives kOPTION_FAILURE.
+    // An error at the token. Gives kOPTION_FAILURE.
     template<class... Arguments>
     int fail(const Alert_message_type& message, const Arguments&... arguments) {
         return PrintErrorLocation(stream, message, kOPTION_FAILURE, token, arguments...);
