@@ -4,6 +4,7 @@
 
 #include "FileUtils/opening.h"
 #include "SystemUtils/lifetime.h"
+#include "support/allocation_faults.h"
 #include "support/map_builder.h"
 
 #include <gtest/gtest.h>
@@ -96,6 +97,18 @@ TEST(DataHeader, WithoutARangeSaysNothingOfASpace) {
         "//     Map file     - test.bmm\n"
         "//     Data file(s) - none\n"
         "//\n");
+}
+
+TEST(DataHeader, WithoutMemoryForItsDateIsAStatus) {
+    TestMap map;
+    const FaultSweep sweep = sweepAllocationFaults([&map] {
+        fileIODescriptor* file = nullptr;
+        if (int status = OpenMemoryFile("head", kTEXT_WRITE, nullptr, 0, &file); status != 0) return status;
+        const int status = output_data_header(file, "//", "T", nullptr, 0, nullptr, nullptr, map.get());
+        Close_File(&file);
+        return status;
+    });
+    EXPECT_EQ(sweep.failures, "");
 }
 
 } // namespace
