@@ -22,6 +22,10 @@ struct TransformRangeType {
     u8* ownedData;                   // a private copy of the data, or null
     char* name;                      // managed; the data file that the data came from
     TransformRangeType* parityRange; // the parity part of a lane's range, or null; owned
+
+    // Ours: what cursors passed over, in bits of the buffer that the data is in. Equal while nothing was written.
+    u64 firstBit;
+    u64 endBit; // behind the last one
 };
 
 // A range of size bytes (at least 1) from start. With copy the range owns a copy of the dataSize bytes at
@@ -39,7 +43,7 @@ TransformRangeType* insert_transform_range(
     const char* name, TransformRangeType** list, u64 start, u64 size, const u8* data, u64 dataSize, bool copy);
 
 // Widens dataFirst and dataLast to the byte under the cursor; dataSize is their distance, and bitCount the
-// most bits that a cursor has passed over this range.
+// most bits that a cursor has passed over this range. firstBit and endBit take in all that it has passed.
 inline void set_max_transform_buffer_addresses(const BufferChunkAccess* access, TransformRangeType* range) {
     u8* const current = access->GetCurrentBufferByteAddress();
     range->dataFirst = std::min(range->dataFirst, current);
@@ -47,6 +51,13 @@ inline void set_max_transform_buffer_addresses(const BufferChunkAccess* access, 
     range->dataSize = static_cast<u64>(range->dataLast - range->dataFirst);
     // The most, so that a shorter run at the same start hides nothing that an earlier one wrote.
     range->bitCount = std::max(range->bitCount, access->GetBufferBitCount());
+
+    if (access->GetBufferBitCount() == 0) return;
+    const u64 end = static_cast<u64>(current - access->buffer) * 8 + access->bitOffset;
+    const u64 first = end - access->GetBufferBitCount();
+    const bool isFirst = range->firstBit == range->endBit;
+    range->firstBit = isFirst ? first : std::min(range->firstBit, first);
+    range->endBit = isFirst ? end : std::max(range->endBit, end);
 }
 
 // Release the range with what it owns, its parityRange too; a null pointer is allowed. The pointer is

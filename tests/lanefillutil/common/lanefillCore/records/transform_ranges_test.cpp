@@ -108,3 +108,20 @@ TEST_F(Ranges, AreWidenedToTheByteUnderACursorAndSizedByTheDistance) {
     EXPECT_EQ(range->dataSize, 5u);
     EXPECT_EQ(range->bitCount, 20u);
 }
+
+TEST_F(Ranges, TakeInTheBitsThatCursorsHavePassed) {
+    TransformRangeType* range = insert_transform_range("a", &list, 0, 16, bytes, 0, false);
+    BufferChunkAccess access(bytes, 128, 128, kBIT_LANE_ORDER, 9, 4);
+    set_max_transform_buffer_addresses(&access, range);
+    EXPECT_EQ(range->firstBit, range->endBit); // nothing has passed
+    access.PutNextTransformChunk(4, 0);
+    access.PutNextTransformChunk(4, 0);
+    set_max_transform_buffer_addresses(&access, range);
+    EXPECT_EQ(range->firstBit, 36u);
+    EXPECT_EQ(range->endBit, 44u);
+    BufferChunkAccess lower(bytes, 128, 128, kBIT_LANE_ORDER, 2, 4);
+    lower.PutNextTransformChunk(4, 0);
+    set_max_transform_buffer_addresses(&lower, range);
+    EXPECT_EQ(range->firstBit, 8u);
+    EXPECT_EQ(range->endBit, 44u);
+}
