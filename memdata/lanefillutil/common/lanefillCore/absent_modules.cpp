@@ -14,9 +14,6 @@ int absent(const char* what) {
 
 } // namespace
 
-int create_output_files(CmdStringOptionsType*, AddressMappingType*, bool, ProgressSinkType) {
-    return absent("write output files");
-}
 int DoELFDumps(CmdStringOptionsType*) {
     return absent("dump data files");
 }

@@ -9,8 +9,6 @@
 #include "BmmUtils/model/records.h"
 #include "lanefillCore/records/option_record.h"
 
-int create_output_files(
-    CmdStringOptionsType* options, AddressMappingType* mapping, bool is64Bit, ProgressSinkType progress);
 int DoELFDumps(CmdStringOptionsType* options);
 
 #endif

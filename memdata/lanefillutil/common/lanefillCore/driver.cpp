@@ -14,6 +14,7 @@
 #include "lanefillCore/absent_modules.h"
 #include "lanefillCore/auto_data.h"
 #include "lanefillCore/data_files.h"
+#include "lanefillCore/output_files.h"
 #include "lanefillCore/records/run_report.h"
 #include "platform/run_inputs.h"
 
