@@ -26,6 +26,7 @@ constexpr std::string_view kINTRODUCTION =
 
 constexpr std::string_view kCOMMANDS = "Sub-commands and options of the tool:\n"
                                        "  devices [NAME]            the devices, or one of them; --all, --json\n"
+                                       "  check FILE.bit SWITCHES   compare a bit file with a map and data\n"
                                        "  help [TOPIC...]           this text, or a switch in detail\n"
                                        "  --param NAME=on|off       set a parameter for this run; --params lists them\n"
                                        "  --version, --help\n"
@@ -42,6 +43,11 @@ struct CommandTopic {
     std::string_view text;
 };
 constexpr CommandTopic kCOMMAND_TOPICS[] = {
+    {"check", "lanefill check FILE.bit -bm MAP -bd DATA...\n"
+              "  Decodes the memories of a bit file and compares them with what the map and the data\n"
+              "  say, and its CRC words with what they should be. Writes nothing. Exit status 0 when\n"
+              "  all is equal, 4 with a line for each lane that differs.\n"
+              "  Example: lanefill check new.bit -bm soc.bmm -bd app.elf\n"},
     {"devices", "lanefill devices [NAME | --all | --json]\n"
                 "  The devices as a table, one of them with a drawing of its memory columns, or all\n"
                 "  records, location arrays and decode tables as JSON. --all: unlisted ones too.\n"

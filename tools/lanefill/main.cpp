@@ -1,5 +1,6 @@
 // main.cpp - the command line tool: its own words, sub-commands, and runs of the engine.
 // SPDX-License-Identifier: Apache-2.0
+#include "check_command.h"
 #include "console.h"
 #include "devices_command.h"
 #include "help_command.h"
@@ -66,6 +67,7 @@ int run(std::span<char* const> words) {
     if (words.empty()) return memdata::printIntroduction();
     const std::string_view command = words.front();
     if (command == "devices") return memdata::runDevicesCommand(words.subspan(1));
+    if (command == "check") return memdata::runCheckCommand(words.subspan(1));
     if (command == "help") return memdata::runHelpCommand(words.subspan(1));
     std::vector<char*> others;
     if (int status = takeOwnWords(words, others); status >= 0) return status;
@@ -85,7 +87,6 @@ int main(int count, char** arguments) {
     try {
         return run(std::span<char* const>(arguments, static_cast<size_t>(count)).subspan(count > 0 ? 1 : 0));
     } catch (const std::bad_alloc&) {
-        printError("memory is exhausted");
-        return 7;
+        return memdata::reportExhaustedMemory();
     }
 }

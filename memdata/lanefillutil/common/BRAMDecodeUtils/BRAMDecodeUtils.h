@@ -4,6 +4,7 @@
 //   bit_access     bits of images and frames, bit order inside bytes
 //   frame_codec    one memory between its images and its frames
 //   column_walk    all memories of one configuration column, dumped or replaced
+//   memory_check   the same, compared with what bit lanes hold
 // SPDX-License-Identifier: Apache-2.0
 #ifndef MEMDATA_BRAM_DECODE_UTILS_H
 #define MEMDATA_BRAM_DECODE_UTILS_H
@@ -12,5 +13,6 @@
 #include "BRAMDecodeUtils/column_walk.h"
 #include "BRAMDecodeUtils/decode_tables.h"
 #include "BRAMDecodeUtils/frame_codec.h"
+#include "BRAMDecodeUtils/memory_check.h"
 
 #endif

@@ -4,14 +4,17 @@
 
 #include "BRAMDecodeUtils/bit_access.h"
 #include "BRAMDecodeUtils/frame_codec.h"
+#include "BRAMDecodeUtils/memory_check.h"
 #include "BmmUtils/model/transform_buffers.h"
 #include "DeviceTableUtils/cross_coordinates.h"
 #include "DeviceTableUtils/families.h"
 #include "DeviceTableUtils/memory_lookup.h"
 #include "ListingUtils/ListingUtils.h"
 #include "SystemUtils/memory.h"
+#include "lanefillCore/lanes/lane_positions.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace {
@@ -71,20 +74,68 @@ u8* walkColumn(const TarselDeviceType* device, u8* data, u64 byteCount, i32 phys
     return SkipToNextEncodedFrame(device, site.type, site.physLoc, data, pointer);
 }
 
-// The lane's images in the order in which frames hold them, on copies.
+// Images from the order of lanes to that of frames, or back.
+void turnImages(const TarselDeviceType* device, const Site& site, u8* data, u8* parity) {
+    if (device->family == &kDunmare6FamilyTable)
+        DecodeBitlaneWidths(data, site.bitLane->laneWidth - site.bitLane->parityWidth, site.type->dataBits / 8);
+    DecodeBitlaneWidths(parity, 1, site.type->parityBits / 8);
+}
+
+// On copies of the lane's images.
 void replaceMemory(const TarselDeviceType* device, const Site& site, u8* frames, u8* data, u8* parity) {
     BitLaneType* lane = site.bitLane;
-    const u64 dataBytes = site.type->dataBits / 8;
-    const u64 parityBytes = site.type->parityBits / 8;
-    std::memcpy(data, lane->dataSliver, dataBytes);
-    if (device->family == &kDunmare6FamilyTable)
-        DecodeBitlaneWidths(data, lane->laneWidth - lane->parityWidth, dataBytes);
-    if (parityBytes != 0) {
-        std::memcpy(parity, lane->paritySliver, parityBytes);
-        DecodeBitlaneWidths(parity, 1, parityBytes);
-    }
+    std::memcpy(data, lane->dataSliver, site.type->dataBits / 8);
+    if (site.type->parityBits != 0) std::memcpy(parity, lane->paritySliver, site.type->parityBits / 8);
+    turnImages(device, site, data, parity);
     EncodeBRAM(device, site.type, site.table, lane->laneWidth, frames, data, parity);
     lane->isReplaced = true;
+}
+
+// Images of a memory's frames, in the order of its lane.
+struct LaneImages {
+    std::vector<u8> data, parity;
+
+    LaneImages(const TarselDeviceType* device, const Site& site, const u8* frames)
+        : data(site.type->dataBits / 8), parity(site.type->parityBits / 8) {
+        DecodeBRAM(device, site.type, site.table, site.bitLane->laneWidth, frames, data.data(), parity.data());
+        turnImages(device, site, data.data(), parity.data());
+    }
+};
+
+// The first word of wordBits bits in which two images differ; false when they are equal.
+bool findDifference(
+    std::vector<u8>& expected, std::vector<u8>& found, u64 wordBits, memdata::LaneDifference* difference) {
+    const auto [at, other] = std::ranges::mismatch(expected, found);
+    if (at == expected.end() || wordBits == 0) return false;
+    const auto firstBit = static_cast<u64>(at - expected.begin()) * 8 +
+                          static_cast<u64>(std::countr_zero(static_cast<u32>(*at ^ *other)));
+    difference->word = firstBit / wordBits;
+    const auto wordOf = [&](std::vector<u8>& image) {
+        auto bits = static_cast<unsigned>(wordBits);
+        return BufferChunkAccess::OverWholeBuffer(
+            image.data(), image.size() * 8, kBIT_LANE_ORDER, difference->word, bits)
+            .GetNextTransformChunk(&bits);
+    };
+    difference->expected = wordOf(expected);
+    difference->found = wordOf(found);
+    return true;
+}
+
+// Compares frames, so that image bits that no frame holds make no difference.
+void compareMemory(const TarselDeviceType* device, const Site& site, const u8* frames, u8* data, u8* parity,
+    memdata::MemoryCheck* check) {
+    std::vector<u8> expected(frames, frames + memdata::codecFrameBytes(device, site.type));
+    replaceMemory(device, site, expected.data(), data, parity);
+    ++check->comparedLanes;
+    if (std::equal(expected.begin(), expected.end(), frames)) return;
+    LaneImages wanted(device, site, expected.data());
+    LaneImages found(device, site, frames);
+    const BitLaneType* lane = site.bitLane;
+    memdata::LaneDifference difference{lane, 0, false, 0, 0};
+    if (!findDifference(wanted.data, found.data,
+            memdata::laneSlotBits(static_cast<unsigned>(lane->laneWidth - lane->parityWidth)), &difference))
+        difference.inParity = findDifference(wanted.parity, found.parity, std::max(lane->parityWidth, 1U), &difference);
+    check->differences.push_back(difference);
 }
 
 bool holdsData(const BitLaneType* lane) {
@@ -137,6 +188,15 @@ u8* ReplaceBRAMColumn(const TarselDeviceType* device, u8* data, u64 byteCount, i
     if (images.data == nullptr) return nullptr;
     return walkColumn(device, data, byteCount, physicalColumn, addressMapping, [&](const Site& site, u8* frames) {
         if (holdsData(site.bitLane)) replaceMemory(device, site, frames, images.data.get(), images.parity);
+    });
+}
+
+u8* memdata::compareBRAMColumn(const TarselDeviceType* device, u8* data, u64 byteCount, i32 physicalColumn,
+    const AddressMappingType* addressMapping, MemoryCheck* check) {
+    Images images(device);
+    if (images.data == nullptr) return nullptr;
+    return walkColumn(device, data, byteCount, physicalColumn, addressMapping, [&](const Site& site, const u8* frames) {
+        if (holdsData(site.bitLane)) compareMemory(device, site, frames, images.data.get(), images.parity, check);
     });
 }
 

@@ -6,6 +6,7 @@
 #include "BitFileUtils/header_dump.h"
 #include "BitFileUtils/rbt_container.h"
 #include "BitFileUtils/stream_walker.h"
+#include "BmmUtils/model/iteration.h"
 #include "DeviceTableUtils/device_lookup.h"
 #include "FileUtils/FileUtils.h"
 #include "ListingUtils/ListingUtils.h"
@@ -53,25 +54,22 @@ int matchDevice(AddressMappingType* addressMapping, TarselDeviceType* device, co
             fileName, deviceName(device), deviceName(addressMapping->device)));
 }
 
-void visitLanes(AddressMappingType* addressMapping, auto&& visit) {
-    for (AddressMapType* map = addressMapping->addressMaps; map != nullptr; map = map->next)
-        for (AddressSpaceLinkType* link = map->addressSpaces; link != nullptr; link = link->next)
-            for (AddressRangeDefType* range = link->space->ranges; range != nullptr; range = range->next)
-                for (u64 i = 0; i < range->busBlockCount; ++i) {
-                    const BusBlockType* block = range->busBlocks[i];
-                    for (u64 n = 0; n < block->laneCount; ++n) visit(*block->lanes[n]->lane);
-                    for (u64 n = 0; n < block->eccLaneCount; ++n) visit(*block->eccLanes[n]->lane);
-                }
+void unmarkLanes(AddressMappingType* addressMapping) {
+    if (addressMapping != nullptr)
+        visitLanes(addressMapping, [](const AddressSpaceDefType&, const BusBlockType&,
+                                       const BitLaneGridElemType& element) { element.lane->isReplaced = false; });
 }
 
 // Data that reached no memory of the stream is named: it is lost in the new file.
 void warnOfUnplacedLanes(AddressMappingType* addressMapping, const char* fileName) {
     std::string names;
     u64 count = 0;
-    visitLanes(addressMapping, [&](const BitLaneType& lane) {
-        if (lane.laneState == 0 || lane.isReplaced || lane.locKind == kLOC_KIND_NONE) return;
-        if (++count <= kNAMED_LANES) names += std::string("\n    ") + lane.name;
-    });
+    visitLanes(
+        addressMapping, [&](const AddressSpaceDefType&, const BusBlockType&, const BitLaneGridElemType& element) {
+            const BitLaneType& lane = *element.lane;
+            if (lane.laneState == 0 || lane.isReplaced || lane.locKind == kLOC_KIND_NONE) return;
+            if (++count <= kNAMED_LANES) names += std::string("\n    ") + lane.name;
+        });
     if (count == 0) return;
     if (count > kNAMED_LANES) names += "\n    ...";
     PrintWarning(kERROR_MESSAGE_STRING, 0,
@@ -80,7 +78,7 @@ void warnOfUnplacedLanes(AddressMappingType* addressMapping, const char* fileNam
 
 int replaceStream(fileIODescriptor* input, fileIODescriptor* output, TarselDeviceType* device, u32 flags, u32 byteCount,
     AddressMappingType* addressMapping) {
-    if (addressMapping != nullptr) visitLanes(addressMapping, [](BitLaneType& lane) { lane.isReplaced = false; });
+    unmarkLanes(addressMapping);
     const int status = OutputBITData(input, output, nullptr, device, flags, &byteCount, addressMapping);
     if (status == 0 && addressMapping != nullptr) warnOfUnplacedLanes(addressMapping, GetFileName(input));
     return status;
@@ -185,4 +183,19 @@ int DoInplaceBITReplacement(TarselDeviceType* device, u8* image, u64 imageSize, 
     int status = replaceStream(input.get(), output.get(), device, 0, static_cast<u32>(imageSize), addressMapping);
     const int closed = finish(output);
     return status != 0 ? status : closed;
+}
+
+int memdata::checkBitFile(fileSpecType* inputSpec, AddressMappingType* addressMapping, StreamCheck* check) {
+    const HeaderOwner owner(nullptr);
+    OpenFile input;
+    u32 dataLength = 0;
+    TarselDeviceType* device = nullptr;
+    if (int status = OpenBITFile(inputSpec, 0, &dataLength, &device, owner.get(), input.out()); status != 0)
+        return status;
+    if (int status = matchDevice(addressMapping, device, GetFileName(input.get())); status != 0) return status;
+    OpenFile output;
+    if (int status = Open_File("/dev/null", kWRITE_ACCESS | kBINARY_FILE, output.out()); status != 0) return status;
+    SetupUpdateProgress(0, nullptr);
+    unmarkLanes(addressMapping);
+    return checkStream(input.get(), output.get(), device, &dataLength, addressMapping, check);
 }

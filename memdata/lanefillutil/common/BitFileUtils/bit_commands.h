@@ -35,4 +35,15 @@ int DoBITReplacement(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flag
 int DoInplaceBITReplacement(TarselDeviceType* device, u8* image, u64 imageSize, AddressMappingType* addressMapping,
     ProgressCallbackType progress);
 
+namespace memdata {
+
+struct StreamCheck;
+
+// Compares the memories of a bit file with what the mapping's lanes hold, and its CRC words with what they should be.
+// Nothing is written. A lane with data and a location that the stream does not hold stays unmarked
+// (BitLaneType::isReplaced). Status as DoBITReplacement; what was found is in *check.
+int checkBitFile(fileSpecType* inputSpec, AddressMappingType* addressMapping, StreamCheck* check);
+
+} // namespace memdata
+
 #endif

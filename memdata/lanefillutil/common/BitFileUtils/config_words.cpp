@@ -154,6 +154,7 @@ int passAutoCRCWord(StreamWalk& walk, u32 first) {
         if (int status = readStreamWord(walk, &word); status != 0) return status;
         value = static_cast<u32>(u64{value} << walk.family().configWordBytes * 8 | word);
     }
+    if (walk.check != nullptr) walk.check->noteCrc(value == gAccumulated_CRC, walk.position());
     if (!walk.copies())
         return PutNextLine(
             walk.dump, "Write of Auto CRC word 0x%08lX. Calculated CRC value = 0x%08lX.\n\n", value, gAccumulated_CRC);

@@ -55,7 +55,11 @@ int replaceColumns(const StreamWalk& walk, Burst& burst, const BramColumns& colu
         i32 physicalColumn = 0;
         if (!translate_logical_column_number(walk.device, static_cast<i32>(columns.first + i), &physicalColumn))
             continue;
-        u8* next = ReplaceBRAMColumn(walk.device, at, static_cast<u64>(end - at), physicalColumn, walk.addressMapping);
+        const u64 room = static_cast<u64>(end - at);
+        u8* next =
+            walk.check != nullptr
+                ? compareBRAMColumn(walk.device, at, room, physicalColumn, walk.addressMapping, &walk.check->memories)
+                : ReplaceBRAMColumn(walk.device, at, room, physicalColumn, walk.addressMapping);
         if (next == nullptr) return 7;
         at = next;
     }

@@ -3,6 +3,7 @@
 #ifndef MEMDATA_BIT_FILE_UTILS_STREAM_STATE_H
 #define MEMDATA_BIT_FILE_UTILS_STREAM_STATE_H
 
+#include "BRAMDecodeUtils/memory_check.h"
 #include "BmmUtils/model/records.h"
 #include "DeviceTableUtils/records.h"
 #include "FileUtils/descriptor.h"
@@ -45,6 +46,19 @@ enum CommandField : u32 {
     kLONG_COUNT_FIELD,
 };
 
+// What a walk that only compares has found.
+struct StreamCheck {
+    MemoryCheck memories;
+    u64 crcWords = 0;
+    u64 wrongCrcWords = 0;
+    u32 firstWrongCrc = 0; // where it ends, in bytes from the start of the stream
+
+    void noteCrc(bool isRight, u32 position) {
+        ++crcWords;
+        if (!isRight && wrongCrcWords++ == 0) firstWrongCrc = position;
+    }
+};
+
 struct StreamWalk {
     fileIODescriptor* input;
     fileIODescriptor* output; // one of the two is null
@@ -54,6 +68,7 @@ struct StreamWalk {
     u32* remaining; // bytes of stream behind the input's position
     AddressMappingType* addressMapping;
     u32 startSize;
+    StreamCheck* check = nullptr; // of a copy that is thrown away: memories are compared and not changed
 
     u32 lastKind = kNO_REGISTER_KIND;
     u32 lastCommand = 0; // value of the last write of CMD

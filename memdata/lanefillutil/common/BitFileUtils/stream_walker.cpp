@@ -93,25 +93,37 @@ int walkSegment(StreamWalk& walk) {
     return 0;
 }
 
+int walkStream(StreamWalk& walk) {
+    resetRegisters();
+    // Also where no lane is located: a dump asks it for every memory.
+    if (walk.addressMapping != nullptr)
+        if (int status = initialize_cross_coordinate_lookup_table(walk.addressMapping); status != 0) return status;
+    while (*walk.remaining > 0) {
+        if (int status = passToSyncWord(walk); status != 0) return status;
+        if (*walk.remaining == 0) break;
+        if (int status = walkSegment(walk); status != 0) return status;
+        if (*walk.remaining < walk.family().configWordBytes)
+            if (int status = passRest(walk); status != 0) return status;
+    }
+    return 0;
+}
+
+int guarded(StreamWalk walk) {
+    try {
+        return walkStream(walk);
+    } catch (const std::bad_alloc&) {
+        return PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "a configuration stream", u64{0}, u64{0});
+    }
+}
+
 } // namespace
 
 int OutputBITData(fileIODescriptor* input, fileIODescriptor* output, fileIODescriptor* dump, TarselDeviceType* device,
     u32 flags, u32* remaining, AddressMappingType* addressMapping) {
-    StreamWalk walk{input, output, dump, device, flags, remaining, addressMapping, *remaining};
-    resetRegisters();
-    // Also where no lane is located: a dump asks it for every memory.
-    if (addressMapping != nullptr)
-        if (int status = initialize_cross_coordinate_lookup_table(addressMapping); status != 0) return status;
-    try {
-        while (*remaining > 0) {
-            if (int status = passToSyncWord(walk); status != 0) return status;
-            if (*remaining == 0) break;
-            if (int status = walkSegment(walk); status != 0) return status;
-            if (*remaining < walk.family().configWordBytes)
-                if (int status = passRest(walk); status != 0) return status;
-        }
-    } catch (const std::bad_alloc&) {
-        return PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "a configuration stream", u64{0}, u64{0});
-    }
-    return 0;
+    return guarded({input, output, dump, device, flags, remaining, addressMapping, *remaining});
+}
+
+int memdata::checkStream(fileIODescriptor* input, fileIODescriptor* output, TarselDeviceType* device, u32* remaining,
+    AddressMappingType* addressMapping, StreamCheck* check) {
+    return guarded({input, output, nullptr, device, kWALK_ALLOW_MFWR, remaining, addressMapping, *remaining, check});
 }

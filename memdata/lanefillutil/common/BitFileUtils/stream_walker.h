@@ -17,4 +17,14 @@ struct fileIODescriptor;
 int OutputBITData(fileIODescriptor* input, fileIODescriptor* output, fileIODescriptor* dump, TarselDeviceType* device,
     u32 flags, u32* remaining, AddressMappingType* addressMapping);
 
+namespace memdata {
+
+struct StreamCheck;
+
+// OutputBITData with a copy that is thrown away: memories of the mapping's lanes and CRC words are compared instead.
+int checkStream(fileIODescriptor* input, fileIODescriptor* output, TarselDeviceType* device, u32* remaining,
+    AddressMappingType* addressMapping, StreamCheck* check);
+
+} // namespace memdata
+
 #endif

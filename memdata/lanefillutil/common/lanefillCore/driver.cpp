@@ -139,7 +139,8 @@ int execute(CmdStringOptionsType* options) {
 int execute_command_line_options(CmdStringOptionsType* options) {
     if (options == nullptr) return PrintError(kERROR_MESSAGE_STRING, 3, "There are no options to carry out.");
     const memdata::RunInputs inputs;
-    memdata::runReport() = {};
+    runReport() = {};
+    runReport().ignoresUnmapped = options->ignoreUnmapped != 0;
     try {
         return execute(options);
     } catch (const std::bad_alloc&) { // from texts of the standard library; tracked memory reports by itself

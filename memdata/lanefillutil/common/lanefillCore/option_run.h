@@ -3,6 +3,8 @@
 #ifndef MEMDATA_LANEFILL_CORE_OPTION_RUN_H
 #define MEMDATA_LANEFILL_CORE_OPTION_RUN_H
 
+#include "lanefillCore/records/progress.h"
+
 #include <string>
 
 namespace memdata {
@@ -18,7 +20,8 @@ struct OptionRun {
 // Reads an option text, all of whose words are switches, and carries it out. Inside an engine lifetime; headers of
 // outputs show the command that was given to RegisterSystemCommand. Alerts and the log that the text asks for end with
 // the run; the alert mask and the permission to overwrite stay as it left them until the lifetime ends.
-OptionRun runOptions(const char* text);
+//   progress  takes the progress of the run when the text does not ask for it itself; may be null
+OptionRun runOptions(const char* text, ProgressSinkType progress = nullptr);
 
 } // namespace memdata
 

@@ -41,4 +41,24 @@ AddressMapType* find_addressMap_by_name(AddressMapType* head, const char* name, 
 AddressMapType* find_addressMap_by_ID(const AddressMappingType* mapping, u64 id, u64* index);
 AddressSpaceLinkType* find_addressSpace_by_name(const AddressMapType* map, const char* name, u64* index);
 
+namespace memdata {
+
+// All blocks of all spaces, in order: visit(space, block).
+void visitBusBlocks(const AddressMappingType* mapping, auto&& visit) {
+    for (AddressMapType* map = mapping->addressMaps; map != nullptr; map = map->next)
+        for (AddressSpaceLinkType* link = map->addressSpaces; link != nullptr; link = link->next)
+            for (AddressRangeDefType* range = link->space->ranges; range != nullptr; range = range->next)
+                for (u64 i = 0; i < range->busBlockCount; ++i) visit(*link->space, *range->busBlocks[i]);
+}
+
+// All elements of all blocks, the check lanes of a block behind its data lanes: visit(space, block, element).
+void visitLanes(const AddressMappingType* mapping, auto&& visit) {
+    visitBusBlocks(mapping, [&visit](const AddressSpaceDefType& space, const BusBlockType& block) {
+        for (u64 i = 0; i < block.laneCount; ++i) visit(space, block, *block.lanes[i]);
+        for (u64 i = 0; i < block.eccLaneCount; ++i) visit(space, block, *block.eccLanes[i]);
+    });
+}
+
+} // namespace memdata
+
 #endif
