@@ -275,7 +275,10 @@ int close_parse_stream_file(parse_stream* context) {
 
 memdata::KeywordOverlay::KeywordOverlay(parse_stream* stream, token_set* keywords)
     : status_(push_keyword_stream(stream, keywords)) {
-    if (status_ == 0) overlay_ = activeContext(stream);
+    if (status_ != 0) return;
+    root_ = stream->root;
+    overlay_ = activeContext(stream);
+    contextId_ = overlay_->contextId;
 }
 
 void memdata::KeywordOverlay::setModes(u32 mask, bool on) {
@@ -288,8 +291,11 @@ void memdata::KeywordOverlay::ignoreWords() {
 }
 
 int memdata::KeywordOverlay::close() {
-    parse_stream* overlay = std::exchange(overlay_, nullptr);
-    return overlay == nullptr ? 0 : withdraw_overlay(overlay, changedModes_);
+    parse_stream* root = std::exchange(root_, nullptr);
+    if (root == nullptr) return 0;
+    for (parse_stream* context = root->current; context != nullptr; context = context->parent)
+        if (context->contextId == contextId_) return withdraw_overlay(context, changedModes_);
+    return 0;
 }
 
 int memdata::noteLastToken(parse_stream* context, const token_element* token) {

@@ -162,7 +162,9 @@ public:
     int close();
 
 private:
+    parse_stream* root_ = nullptr; // null when there is no overlay (any more)
     parse_stream* overlay_ = nullptr;
+    u32 contextId_ = 0; // of the overlay, which can be closed already where memory was exhausted
     int status_;
     u32 changedModes_ = 0;
 };

@@ -637,6 +637,31 @@ TEST(StreamFaults, EveryFailedAllocationEndsWithAStatusAndNoByteInUse) {
     EXPECT_GT(sweep.faultCount, 20u);
 }
 
+// An overlay over a rescan text, which ends below it.
+int readThroughOverlay() {
+    const TokenOwner token(get_token_element());
+    if (token == nullptr) return 7;
+    StreamOwner stream;
+    int status = open_parse_MemoryFile("f", "a b", 3, &gSetA, "r", nullptr, stream.out());
+    if (status != 0) return status;
+    KeywordOverlay overlay(stream.get(), &gSetB);
+    status = overlay.status();
+    for (int i = 0; i < 4 && status == 0; ++i) status = get_next_token(stream.get(), token.get());
+    return status != 0 ? status : overlay.close();
+}
+
+TEST(StreamFaults, AnOverlayThatWasLostForWantOfMemoryIsNotClosedAgain) {
+    const auto sweep = memdata::testing::sweepAllocationFaults([] {
+        int status = InitializeSystemResources();
+        EnablePrintAlerts(0);
+        if (status == 0) status = readThroughOverlay();
+        FinalizeSystemResources();
+        return status;
+    });
+    EXPECT_EQ(sweep.failures, "");
+    EXPECT_GT(sweep.faultCount, 10u);
+}
+
 TEST(StreamLifetime, ShutDownLeavesNothing) {
     {
         SystemResources resources;
