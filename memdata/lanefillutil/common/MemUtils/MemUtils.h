@@ -5,7 +5,7 @@
 //   keywords       the words of these texts
 //   data_block     what was read: a pool of bytes, sections that lie in it
 //   text_values    the digits of a value become bits
-//   plain_values   runs of plain values, packed without the scanner
+//   plain_values   runs of plain values and addresses, read without the scanner
 //   parser         the grammar
 //   mem_data_file  the texts behind the interface of data files
 #ifndef MEMDATA_MEM_UTILS_H

@@ -50,12 +50,28 @@ DataSectionHdrType* new_section(DataStructureBlockType* block) {
     return &slab->records[slab->count];
 }
 
-// A cursor without an end of its own: the pool bounds it.
-BufferChunkAccess* open_access(const DataStructureBlockType* block, u8* data) {
-    auto* access = new BufferChunkAccess(data, kOPEN_ENDED_BITS, kOPEN_ENDED_BITS, kDATA_ORDER, 0, 0);
-    if (access != nullptr) access->byteSize = block->dataSize - block->usedBytes;
+// A cursor without an end of its own: the pool bounds it. It begins behind the closed sections.
+BufferChunkAccess open_ended_access(const DataStructureBlockType* block) {
+    BufferChunkAccess access(block->data + block->usedBytes, kOPEN_ENDED_BITS, kOPEN_ENDED_BITS, kDATA_ORDER, 0, 0);
+    access.byteSize = block->dataSize - block->usedBytes;
     return access;
 }
+
+// Takes the counts of the last section from its cursor, which is the caller's then; null without an open section.
+BufferChunkAccess* take_counts(DataStructureBlockType* block) {
+    DataSectionHdrType* section = block->lastSection;
+    if (section == nullptr || section->access == nullptr) return nullptr;
+    section->bitCount = section->access->GetBufferBitCount();
+    section->byteCount = section->access->GetBufferByteCount();
+    block->usedBytes += section->byteCount;
+    block->lowestAddress = std::min(block->lowestAddress, section->address);
+    // A section without data has no last byte.
+    if (section->byteCount != 0)
+        block->highestAddress = std::max(block->highestAddress, section->address + (section->byteCount - 1));
+    return std::exchange(section->access, nullptr);
+}
+
+using AccessOwner = memdata::Tracked<BufferChunkAccess, memdata::deleteChunkAccess>;
 
 u8* new_pool(u64 byteCount) {
     return static_cast<u8*>(getMemory("data of a text file", std::max<u64>(byteCount, 1)));
@@ -78,13 +94,18 @@ int InitializeDataStructureBlock(u64 textBytes, u32 radix, DataStructureBlockTyp
 }
 
 int InsertNewSectionHeader(DataStructureBlockType* block, u64 address) {
-    memdata::closeLastSection(block);
+    // One cursor goes from section to section.
+    AccessOwner access(take_counts(block));
     DataSectionHdrType* section = new_section(block);
     if (section == nullptr) return 7;
+    if (access == nullptr)
+        access.reset(new BufferChunkAccess(open_ended_access(block)));
+    else
+        *access = open_ended_access(block);
+    if (access == nullptr) return 7;
     section->address = section->endAddress = address;
-    section->data = block->data + block->usedBytes;
-    section->access = open_access(block, section->data);
-    if (section->access == nullptr) return 7;
+    section->data = access->buffer;
+    section->access = access.release();
     ++block->sections->count;
     ++block->sectionCount;
     (block->lastSection == nullptr ? block->firstSection : block->lastSection->next) = section;
@@ -116,16 +137,7 @@ void CloseDataFileHdr(DataStructureBlockType** block) {
 }
 
 void memdata::closeLastSection(DataStructureBlockType* block) {
-    DataSectionHdrType* section = block->lastSection;
-    if (section == nullptr || section->access == nullptr) return;
-    section->bitCount = section->access->GetBufferBitCount();
-    section->byteCount = section->access->GetBufferByteCount();
-    deleteChunkAccess(std::exchange(section->access, nullptr));
-    block->usedBytes += section->byteCount;
-    block->lowestAddress = std::min(block->lowestAddress, section->address);
-    // A section without data has no last byte.
-    if (section->byteCount != 0)
-        block->highestAddress = std::max(block->highestAddress, section->address + (section->byteCount - 1));
+    deleteChunkAccess(take_counts(block));
 }
 
 int memdata::growPool(DataStructureBlockType* block) {

@@ -53,8 +53,8 @@ int noValue(const TextReader& text) {
     return unexpected(text, text.token->type == &kCOMMA ? kNO_COMMA_HERE : kVALID_DATA_VALUE);
 }
 
-void passPlain(TextReader* text, LastInList* last) {
-    if (text->reading == ValueReading::kPLAIN_RUNS) passPlainValues(text->stream, text->block, last);
+int passPlain(TextReader* text, LastInList* last) {
+    return text->reading == ValueReading::kPLAIN_RUNS ? passPlainValues(text->stream, text->block, last) : 0;
 }
 
 // Addresses beyond 64 bits would lose their top.
@@ -114,7 +114,7 @@ int ParseCOE_Vector_Initalizer(TextReader* text) {
     if (int status = expectToken(text, kEQUAL, "="); status != 0) return status;
     LastInList last = LastInList::kSTART;
     for (;;) {
-        passPlain(text, &last);
+        if (int status = passPlain(text, &last); status != 0) return status;
         if (int status = nextToken(text); status != 0) return status;
         const token_type* type = text->token->type;
         if (type == &kINTEGER_NUMBER) {
@@ -142,7 +142,7 @@ int parseStatement(TextReader* text) {
 int parseStatements(TextReader* text) {
     for (;;) {
         LastInList last = LastInList::kNO_LIST;
-        passPlain(text, &last);
+        if (int status = passPlain(text, &last); status != 0) return status;
         if (int status = nextToken(text); status != 0) return status;
         if (text->token->type == &kEND_OF_FILE) return 0;
         if (int status = parseStatement(text); status != 0) return status;

@@ -16,7 +16,8 @@ using namespace memdata;
 
 constexpr u64 kLONGEST_PLAIN_VALUE = u64{1} << 16; // digits; below what a token may have
 constexpr u8 kSEPARATOR = kBLANK_CHARACTER | kLINE_END_CHARACTER;
-constexpr u32 kGROUP_DIGITS = 8; // that are packed at once
+constexpr u32 kGROUP_DIGITS = 8;    // that are packed at once
+constexpr u64 kADDRESS_DIGITS = 16; // of an address that 64 bits hold
 
 constexpr std::array<u8, 256> kDIGITS = [] {
     std::array<u8, 256> digits{};
@@ -86,23 +87,24 @@ u64 digitsLeft(const DataStructureBlockType* block, u32 bitsOfDigit) {
     return std::min(addressable - std::min(passed, addressable), poolBitsLeft(block)) / bitsOfDigit;
 }
 
+// Up to the first thing that is no value.
 template<u32 radix>
-void passValues(parse_stream* stream, const PlainText& text, DataStructureBlockType* block, LastInList* last) {
+void passValues(PlainText* text, DataStructureBlockType* block, LastInList* last) {
     BufferChunkAccess* access = block->lastSection->access;
     BitAppender bits(access->current, access->bitOffset);
     const u64 room = digitsLeft(block, digitBits(radix));
     u64 packed = 0; // digits
-    TextPlace place = text.place;
+    TextPlace place = text->place;
     for (;;) {
-        passSeparators(&place, text.end);
-        if (*last == LastInList::kVALUE && place.at != text.end && *place.at == ',') {
+        passSeparators(&place, text->end);
+        if (*last == LastInList::kVALUE && place.at != text->end && *place.at == ',') {
             *last = LastInList::kCOMMA;
             ++place.at;
             continue;
         }
-        const char* const valueEnd = endOfDigits<radix>(place.at, text.end);
+        const char* const valueEnd = endOfDigits<radix>(place.at, text->end);
         const u64 count = static_cast<u64>(valueEnd - place.at);
-        if (count == 0 || valueEnd == text.end) break;
+        if (count == 0 || valueEnd == text->end) break;
         if (!isOf(*valueEnd, kSEPARATOR) && (*valueEnd != ',' || *last == LastInList::kNO_LIST)) break;
         if (count > room - packed || count > kLONGEST_PLAIN_VALUE) break;
         appendDigits<radix>(&bits, place.at, count);
@@ -112,15 +114,36 @@ void passValues(parse_stream* stream, const PlainText& text, DataStructureBlockT
     }
     bits.finish();
     access->SkipBits(packed * digitBits(radix));
-    continueAt(stream, place);
+    text->place = place;
+}
+
+// A section mark with its address right behind it opens a section. False when something else stands there.
+bool passAddress(PlainText* text, DataStructureBlockType* block, int* status) {
+    const char* const mark = text->place.at;
+    if (mark == text->end || *mark != '@') return false;
+    const char* const end = endOfDigits<16>(mark + 1, text->end);
+    const u64 count = static_cast<u64>(end - mark) - 1;
+    if (count == 0 || count > kADDRESS_DIGITS || end == text->end || !isOf(*end, kSEPARATOR)) return false;
+    *status = InsertNewSectionHeader(block, valueOf<16>(mark + 1, count));
+    text->place.at = end;
+    return *status == 0;
 }
 
 } // namespace
 
-void memdata::passPlainValues(parse_stream* stream, DataStructureBlockType* block, LastInList* last) {
+int memdata::passPlainValues(parse_stream* stream, DataStructureBlockType* block, LastInList* last) {
     PlainText text{};
-    if (block->lastSection == nullptr || !plainTextAhead(stream, &text)) return;
     const u32 radix = get_stream_number_base(stream);
-    if (radix == 16) passValues<16>(stream, text, block, last);
-    if (radix == 2) passValues<2>(stream, text, block, last);
+    if (digitBits(radix) == 0 || !plainTextAhead(stream, &text)) return 0;
+    int status = 0;
+    do {
+        if (block->lastSection == nullptr)
+            passSeparators(&text.place, text.end);
+        else if (radix == 16)
+            passValues<16>(&text, block, last);
+        else
+            passValues<2>(&text, block, last);
+    } while (*last == LastInList::kNO_LIST && passAddress(&text, block, &status));
+    continueAt(stream, text.place);
+    return status;
 }

@@ -1,7 +1,7 @@
-// plain_values.h - runs of plain values, packed straight from the text.
+// plain_values.h - runs of plain values and addresses, taken straight from the text.
 // SPDX-License-Identifier: Apache-2.0
 //
-// Nearly all of a data file is values between blanks and line ends, for which the scanner would do no more than find
+// Nearly all of a data file is values and addresses between blanks and line ends, for which the scanner would do no more than find
 // their ends. They are packed where they stand; everything else, and every value that is an error, is left to the
 // scanner, so that the outcome is the one that it would have alone.
 #ifndef MEMDATA_MEM_UTILS_PLAIN_VALUES_H
@@ -15,9 +15,10 @@ namespace memdata {
 // What a list of values has had last. Commas separate values in vectors only, one between two.
 enum class LastInList { kNO_LIST, kSTART, kVALUE, kCOMMA };
 
-// Packs the plain values at the place of the stream into the last section, as many as follow. Does nothing when there
-// is no section yet, or the text has to be read by the scanner.
-void passPlainValues(parse_stream* stream, DataStructureBlockType* block, LastInList* last);
+// Packs the plain values at the place of the stream into the last section, as many as follow; outside of lists it also
+// opens the sections that addresses among them ask for. Passes nothing where there is no section to pack into yet, or
+// the text has to be read by the scanner. Status 0; 7.
+int passPlainValues(parse_stream* stream, DataStructureBlockType* block, LastInList* last);
 
 } // namespace memdata
 
