@@ -10,6 +10,7 @@
 #include "SystemUtils/memory.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace {
@@ -55,7 +56,23 @@ fileIODescriptor* memdata::newDescriptor(const char* name, u32 attributes) {
         deleteDescriptor(file);
         return nullptr;
     }
+    file->nameCapacity = std::strlen(file->name);
     return file;
+}
+
+bool memdata::renameDescriptor(fileIODescriptor* file, const char* name) {
+    if (name == nullptr) name = "";
+    const u64 length = std::strlen(name);
+    if (length > file->nameCapacity) {
+        const u64 capacity = std::bit_ceil(length + 1) - 1; // so that names that come and go soon fit
+        char* room = StrNew("a file's name", capacity);
+        if (room == nullptr) return false;
+        StrDelete(file->name);
+        file->name = room;
+        file->nameCapacity = capacity;
+    }
+    std::memcpy(file->name, name, length + 1);
+    return true;
 }
 
 bool memdata::resizeBuffer(fileIODescriptor* file, u64 size) {

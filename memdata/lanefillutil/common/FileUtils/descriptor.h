@@ -44,6 +44,7 @@ struct fileIODescriptor {
     // From here on the record is this module's own.
     u64 textEnd;                // inputs: index of the end mark of a text, else bufferEnd
     u8 ownsBuffer;              // the buffer goes with the file
+    u64 nameCapacity;           // characters that fit the memory of the name
     i32 writeStatus;            // outputs: the first failure, which every later call repeats
     char* targetName;           // outputs that replace a file: its name, links followed; else null
     char* temporaryName;        // ... where the contents stand until then; null when they have no name

@@ -27,6 +27,8 @@ inline bool isText(const fileIODescriptor* file) {
 // descriptor.cpp
 // A record with its name, not open yet, entered in the list of open files; null when memory is exhausted.
 fileIODescriptor* newDescriptor(const char* name, u32 attributes);
+// False, and the old name, when memory is exhausted. Allocates nothing while the name fits the memory of the old one.
+bool renameDescriptor(fileIODescriptor* file, const char* name);
 // Gives the file a buffer of its own of size bytes and the spare ones, with the bytes that it held before. False,
 // and the old buffer, when memory is exhausted.
 bool resizeBuffer(fileIODescriptor* file, u64 size);

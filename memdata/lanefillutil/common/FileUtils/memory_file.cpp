@@ -20,7 +20,31 @@ int moveGrowing(fileIODescriptor* file, int) {
     return file->status = file->writeStatus = 7; // the allocator has reported it
 }
 
+void placeOver(fileIODescriptor* file, char* data, u64 size) {
+    file->buffer = data;
+    file->bufferSize = file->bufferEnd = file->logicalSize = file->physicalSize = size;
+    file->mover = moveInPlace;
+}
+
 } // namespace
+
+int memdata::reopenMemoryFile(fileIODescriptor* file, const char* name, char* data, u64 size) {
+    const bool inPlace = isInput(file) && (file->attributes & kMEMORY_STORAGE) != 0 && file->ownsBuffer == 0;
+    if (!inPlace || data == nullptr || size == 0) return 3;
+    if (!renameDescriptor(file, name)) return 7;
+    fileIODescriptor fresh{};
+    fresh.attributes = file->attributes;
+    fresh.name = file->name;
+    fresh.nameCapacity = file->nameCapacity;
+    fresh.nextOpen = file->nextOpen;
+    fresh.previousOpen = file->previousOpen;
+    placeOver(&fresh, data, size);
+    fresh.eofState = kEND_OF_CONTENTS;
+    fresh.isOpen = 1;
+    *file = fresh;
+    markTextEnd(file, 0);
+    return 0;
+}
 
 int OpenMemoryFile(const char* name, u32 attributes, char* data, u64 size, fileIODescriptor** file) {
     if (file == nullptr) return 3;
@@ -32,9 +56,7 @@ int OpenMemoryFile(const char* name, u32 attributes, char* data, u64 size, fileI
     Tracked<fileIODescriptor, abandonFile> created(newDescriptor(name, attributes));
     if (created == nullptr) return 7;
     if (inPlace) {
-        created->buffer = data;
-        created->bufferSize = created->bufferEnd = created->logicalSize = created->physicalSize = size;
-        created->mover = moveInPlace;
+        placeOver(created.get(), data, size);
     } else {
         if (!resizeBuffer(created.get(), kBUFFER_BYTES)) return 7;
         created->mover = moveGrowing;

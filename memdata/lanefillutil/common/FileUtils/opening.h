@@ -38,6 +38,15 @@ int OpenDiskFile(fileSpecType* spec, const char* directory, const char* defaultE
 int SearchAndOpenDiskReadFile(fileSpecType* spec, const char* defaultExtension, const char* suffix, StrList searchPaths,
     u32 attributes, fileIODescriptor** file);
 
+namespace memdata {
+
+// Turns an input over a caller's bytes into one over others, as if it had been closed and opened again. Allocates
+// nothing while the name fits the memory of those before. Status 0; 3 it is no such input, or there are no bytes; 7,
+// the file is as before then.
+int reopenMemoryFile(fileIODescriptor* file, const char* name, char* data, u64 size);
+
+} // namespace memdata
+
 int Delete_File(const char* name);                 // status 0, or 1 when there is no such file to delete; silent
 int Rename_File(const char* from, const char* to); // status 0, or 1; silent; replaces what stands under "to"
 

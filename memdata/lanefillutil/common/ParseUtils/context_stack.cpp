@@ -106,7 +106,16 @@ int run_pop_hook(parse_stream* context) {
     return onPop == nullptr ? 0 : static_cast<int>(onPop(context));
 }
 
+void close_idle_contexts(parse_stream* root) {
+    while (parse_stream* context = root->idleContexts) {
+        root->idleContexts = context->parent;
+        Close_File(&context->idleFile);
+        releaseMemory(context);
+    }
+}
+
 void close_shared_parts(parse_stream* root) {
+    close_idle_contexts(root);
     close_token_symbol_set(root->keywords);
     Stack_Delete(&root->contextStack);
     Stack_Delete(&root->directiveStack);
@@ -124,7 +133,12 @@ int finish_context(parse_stream* context) {
     hand_down(context);
     if (context->root == context) close_shared_parts(context);
     release_token_element(context->lastToken);
-    releaseMemory(context);
+    if (context->idleFile == nullptr) {
+        releaseMemory(context);
+    } else {
+        context->parent = context->root->idleContexts;
+        context->root->idleContexts = context;
+    }
     return status;
 }
 
@@ -251,8 +265,9 @@ int close_parse_stream(parse_stream** stream) {
     if (stream == nullptr || *stream == nullptr) return 0;
     parse_stream* context = std::exchange(*stream, nullptr);
     if (!context->isOnStack) {
-        // Never pushed, or half made.
-        int status = 0;
+        // Never pushed, or half made: its root may be gone.
+        context->isReusable = false;
+        int status = Close_File(&context->idleFile);
         if (!is_overlay(context)) status = close_parse_stream_file(context);
         context->parent = nullptr;
         return first_failure(status, finish_context(context));
@@ -269,7 +284,10 @@ int close_parse_stream_file(parse_stream* context) {
         status = first_failure(report_open_directives(context), report_open_comment(context));
     memdata::clearTokens(context->lookAhead);
     release_token_element(std::exchange(context->lastToken, nullptr));
-    if (context->file != nullptr) status = first_failure(status, Close_File(&context->file));
+    if (context->isReusable && context->file != nullptr)
+        context->idleFile = std::exchange(context->file, nullptr); // closed with the root
+    else if (context->file != nullptr)
+        status = first_failure(status, Close_File(&context->file));
     return status;
 }
 

@@ -27,13 +27,16 @@ int close_context_record(parse_stream* context) {
 }
 using ContextOwner = memdata::Tracked<parse_stream, close_context_record>;
 
-parse_stream* new_context() {
-    memdata::registerParseFinalizer();
-    parse_stream* context = NEW_RECORD(parse_stream);
-    if (context == nullptr) return nullptr;
+void begin_context(parse_stream* context) {
     context->contextId = ++gParseState.lastContextId;
     context->lineNumber = 1;
     context->lookAhead = &context->ownLookAhead;
+}
+
+parse_stream* new_context() {
+    memdata::registerParseFinalizer();
+    parse_stream* context = NEW_RECORD(parse_stream);
+    if (context != nullptr) begin_context(context);
     return context;
 }
 
@@ -89,6 +92,8 @@ parse_stream* copy_context(const parse_stream* below, token_set* keywords) {
     context->contextStack = context->directiveStack = nullptr;
     context->macroSymbols = nullptr;
     context->macroTable = nullptr;
+    context->idleContexts = nullptr;
+    context->isReusable = false;
     context->ownLookAhead = {};
     context->lastToken = nullptr;
     context->userData = nullptr;
@@ -99,12 +104,33 @@ parse_stream* copy_context(const parse_stream* below, token_set* keywords) {
 }
 
 // A text without a character is held as one that begins with the end mark, for which there can be a file.
-int open_memory_text(const char* name, const char* text, u64 length, fileIODescriptor** file) {
+struct HeldText {
+    char* data; // the file is read only: the text is not written to
+    u64 length;
+    bool isEmpty;
+};
+
+HeldText held_text(const char* text, u64 length) {
     static char emptyText[] = {kEND_OF_FILE_MARK, '\0'};
-    const bool isEmpty = text == nullptr || length == 0;
-    // The file is read only: the text is not written to.
-    char* data = isEmpty ? emptyText : const_cast<char*>(text);
-    return OpenMemoryFile(name, kSOURCE_FILE, data, isEmpty ? 1 : length, file);
+    if (text == nullptr || length == 0) return {emptyText, 1, true};
+    return {const_cast<char*>(text), length, false};
+}
+
+// A child over a text, made of one that was popped before: the streams of macros come and go without the allocator.
+int reuse_context(
+    const char* name, const HeldText& text, token_set* keywords, parse_stream* parent, parse_stream** out) {
+    parse_stream* below = activeContext(parent);
+    parse_stream*& idle = parent->root->idleContexts;
+    if (int status = memdata::reopenMemoryFile(idle->idleFile, name, text.data, text.length); status != 0)
+        return status;
+    parse_stream* context = std::exchange(idle, idle->parent);
+    fileIODescriptor* file = context->idleFile;
+    *context = {};
+    begin_context(context);
+    become_child(context, below, keywords);
+    attach_text(context, file);
+    *out = context;
+    return status_of_text(context);
 }
 
 int open_over_file(fileIODescriptor* file, parse_stream* parent, token_set* keywords, parse_stream** out) {
@@ -113,12 +139,22 @@ int open_over_file(fileIODescriptor* file, parse_stream* parent, token_set* keyw
     return status;
 }
 
+int open_new_context(
+    const char* name, const HeldText& text, token_set* keywords, parse_stream* parent, parse_stream** out) {
+    fileIODescriptor* file = nullptr;
+    if (int status = OpenMemoryFile(name, kSOURCE_FILE, text.data, text.length, &file); status != 0) return status;
+    return open_over_file(file, parent, keywords, out);
+}
+
 int open_over_text(
     const char* name, const char* text, u64 length, token_set* keywords, parse_stream* parent, parse_stream** out) {
-    fileIODescriptor* file = nullptr;
-    if (int status = open_memory_text(name, text, length, &file); status != 0) return status;
-    const int status = open_over_file(file, parent, keywords, out);
-    if (status == kEMPTY_TEXT && *out != nullptr) (*out)->textEnd = (*out)->textBegin;
+    const HeldText held = held_text(text, length);
+    const bool reuses = parent != nullptr && parent->root->idleContexts != nullptr;
+    const int status =
+        reuses ? reuse_context(name, held, keywords, parent, out) : open_new_context(name, held, keywords, parent, out);
+    if (status != 0 && status != kEMPTY_TEXT) return status;
+    (*out)->isReusable = parent != nullptr;
+    if (held.isEmpty) (*out)->textEnd = (*out)->textBegin;
     return status;
 }
 

@@ -61,6 +61,9 @@ struct parse_stream {
     const char* openComment;     // the outermost open comment: its place ...
     const char* openCommentLine; // ... the start of its line ...
     u32 openCommentLineNumber;   // ... and that line's number
+    fileIODescriptor* idleFile;  // of a context that is idle or about to be: the file it was read through
+    parse_stream* idleContexts;  // in the root: contexts over texts in memory to be used again, chained by parent
+    bool isReusable;             // goes to idleContexts when it is popped
     bool showsAsFile;            // a text in memory whose alerts show file and line as a file on disk does
     bool isOnStack;
 };

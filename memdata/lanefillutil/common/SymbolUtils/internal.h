@@ -7,8 +7,10 @@
 
 namespace memdata {
 
-// Takes the link of an entry out of its scope's list and frees it. The entry stays.
-void deleteSymbolLink(symbol_link* link);
+// Puts an entry at the head of its scope's list, through the link that it holds for this.
+void enterSymbolLink(symbol_entry* entry, symbol_link** list);
+// Takes the link of an entry out of its scope's list. The entry stays.
+void leaveSymbolLink(symbol_link* link);
 // Takes an entry out of its table and its scope, frees it, and gives its value back.
 void* extractSymbolEntry(symbol_entry* entry);
 // The same, and calls the entry's releaser on the value.

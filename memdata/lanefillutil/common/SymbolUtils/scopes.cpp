@@ -110,18 +110,7 @@ symbol_entry* insert_context_symbol(
         return nullptr;
     }
     symbol_entry* entry = insert_symbol(name, context->table, context->space, context->scope, value, releaser);
-    if (entry == nullptr) return nullptr;
-    symbol_link* link = NEW_RECORD(symbol_link);
-    if (link == nullptr) {
-        memdata::extractSymbolEntry(entry); // the value stays with the caller
-        return nullptr;
-    }
-    link->owner = &context->links;
-    link->next = context->links;
-    link->entry = entry;
-    if (link->next != nullptr) link->next->owner = &link->next;
-    context->links = link;
-    entry->link = link;
+    if (entry != nullptr) memdata::enterSymbolLink(entry, &context->links);
     return entry;
 }
 

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <new>
 
 namespace {
 
@@ -36,9 +37,15 @@ symbol_entry** find_place(const char* name, symbol_table* table, u32 space, u32 
     return place;
 }
 
+// Behind the name stands the link that the entry takes when it comes to stand in a scope.
+size_t link_offset(const char* name) {
+    const size_t bytes = std::max(sizeof(symbol_entry), offsetof(symbol_entry, name) + std::strlen(name) + 1);
+    return (bytes + alignof(symbol_link) - 1) / alignof(symbol_link) * alignof(symbol_link);
+}
+
 symbol_entry* create_entry(const char* name) {
     const size_t nameBytes = std::strlen(name) + 1;
-    const size_t bytes = std::max(sizeof(symbol_entry), offsetof(symbol_entry, name) + nameBytes);
+    const size_t bytes = link_offset(name) + sizeof(symbol_link);
     auto* entry = static_cast<symbol_entry*>(getMemory("a 'symbol_entry' record", bytes));
     if (entry == nullptr) return nullptr;
     std::memcpy(reinterpret_cast<char*>(entry) + offsetof(symbol_entry, name), name, nameBytes);
@@ -47,17 +54,23 @@ symbol_entry* create_entry(const char* name) {
 
 } // namespace
 
-void memdata::deleteSymbolLink(symbol_link* link) {
+void memdata::enterSymbolLink(symbol_entry* entry, symbol_link** list) {
+    auto* link = new (reinterpret_cast<char*>(entry) + link_offset(entry_name(entry))) symbol_link{list, *list, entry};
+    if (link->next != nullptr) link->next->owner = &link->next;
+    *list = link;
+    entry->link = link;
+}
+
+void memdata::leaveSymbolLink(symbol_link* link) {
     *link->owner = link->next;
     if (link->next != nullptr) link->next->owner = link->owner;
     link->entry->link = nullptr;
-    releaseMemory(link);
 }
 
 void* memdata::extractSymbolEntry(symbol_entry* entry) {
     *entry->owner = entry->next;
     if (entry->next != nullptr) entry->next->owner = entry->owner;
-    if (entry->link != nullptr) deleteSymbolLink(entry->link);
+    if (entry->link != nullptr) leaveSymbolLink(entry->link);
     void* value = entry->value;
     releaseMemory(entry);
     return value;

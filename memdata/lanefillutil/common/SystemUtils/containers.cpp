@@ -47,6 +47,15 @@ void* finish_element(StackElementType* element, bool release) {
     return nullptr;
 }
 
+// Empties an element that stays in its place.
+void* empty_element(StackElementType* element, bool release) {
+    void* value = std::exchange(element->value, nullptr);
+    const ElementReleaserType releaser = std::exchange(element->releaser, nullptr);
+    if (!release) return value;
+    if (releaser != nullptr) releaser(value);
+    return nullptr;
+}
+
 int grow_stack(StackType* stack) {
     StackElementType** grown = take_grown_array("a 'StackType' array", stack->capacity);
     if (grown == nullptr) return 7;
@@ -100,21 +109,28 @@ StackType* Stack_Create() {
 
 int Stack_Push(StackType* stack, void* value, ElementReleaserType releaser) {
     if (stack == nullptr) return refuse_null("Stack_Push");
+    const bool isFull = stack->depth == stack->capacity;
+    if (!isFull && stack->elements[stack->depth] != nullptr) {
+        *stack->elements[stack->depth++] = {value, releaser};
+        return 0;
+    }
     ElementOwner element(Stack_Element_Create(value, releaser));
     if (element == nullptr) return 7;
-    if (stack->depth == stack->capacity && grow_stack(stack) != 0) return 7;
+    if (isFull && grow_stack(stack) != 0) return 7;
     stack->elements[stack->depth++] = element.release();
     return 0;
 }
 
 void* Stack_Pop(StackType* stack, bool release) {
     if (stack == nullptr || stack->depth == 0) return nullptr;
-    return finish_element(std::exchange(stack->elements[--stack->depth], nullptr), release);
+    return empty_element(stack->elements[--stack->depth], release);
 }
 
 void Stack_Delete(StackType** stack) {
     if (stack == nullptr || *stack == nullptr) return;
     while ((*stack)->depth > 0) Stack_Pop(*stack, true);
+    for (u32 i = 0; i < (*stack)->capacity && (*stack)->elements[i] != nullptr; ++i)
+        delete_element((*stack)->elements[i]);
     if ((*stack)->elements != nullptr) delete_elements((*stack)->elements);
     releaseMemory(*stack);
     *stack = nullptr;

@@ -19,7 +19,7 @@ struct StackElementType {
 };
 
 struct StackType {
-    StackElementType** elements; // the top is elements[depth - 1]
+    StackElementType** elements; // the top is elements[depth - 1]; those behind it stay to be used again, or are null
     u32 depth;
     u32 capacity; // elements
 };
