@@ -149,14 +149,15 @@ u32 memdata::lookupSymbol(token_set* set, const char* text, const char* end, u32
     const keyword_row* row = isOperatorStart ? operatorAt(text, end) : find_row(set->rows, text, end, length);
     if (row != nullptr) {
         const auto used = static_cast<u32>(std::strlen(row->word));
-        return set_token_element(out, row->word, used, row->caseSensitive, row->type, 0) == 0 ? used : 0;
+        return set_token_element(out, row->word, used, row->caseSensitive, row->type, 0) == 0 ? used
+                                                                                              : kLOOKUP_WITHOUT_MEMORY;
     }
     if (set->words == nullptr) return 0;
     const RuntimeWord* word = find_runtime_word(*set->words, text, end, length);
     if (word == nullptr) return 0;
     const token_element* token = word->token;
     if (set_token_element(out, token->text, token->length, token->caseSensitive, token->type, token->value) != 0)
-        return 0;
+        return kLOOKUP_WITHOUT_MEMORY;
     return token->length;
 }
 
@@ -164,7 +165,8 @@ u32 lookup_symbol_token(token_set* set, const char* text, int length, token_elem
     if (set == nullptr || text == nullptr || out == nullptr || length <= 0) return 0;
     const size_t available = std::strlen(text);
     const auto wanted = static_cast<u32>(std::min(available, static_cast<size_t>(length)));
-    return memdata::lookupSymbol(set, text, text + available, wanted, out);
+    const u32 used = memdata::lookupSymbol(set, text, text + available, wanted, out);
+    return used == memdata::kLOOKUP_WITHOUT_MEMORY ? 0 : used;
 }
 
 const keyword_row* search_token_symbol_table(const keyword_row* rows, const char* text, int length) {

@@ -78,7 +78,10 @@ void close_token_types();
 
 namespace memdata {
 
-// lookup_symbol_token over a text that ends at end and need not be terminated.
+inline constexpr u32 kLOOKUP_WITHOUT_MEMORY = UINT32_MAX; // there is a match, but out can not hold it: reported
+
+// lookup_symbol_token over a text that ends at end and need not be terminated. The compared length, 0, or
+// kLOOKUP_WITHOUT_MEMORY.
 u32 lookupSymbol(token_set* set, const char* text, const char* end, u32 length, token_element* out);
 
 } // namespace memdata

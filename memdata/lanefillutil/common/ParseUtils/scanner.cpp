@@ -86,6 +86,7 @@ int scan_word(parse_stream* context, token_element* token) {
         const auto wordLength = static_cast<u32>(length);
         u32 used = lookupSymbol(&builtin_keywords_set, text, context->textEnd, wordLength, token);
         if (used == 0) used = look_up_keyword(context, text, context->textEnd, wordLength, token);
+        if (used == kLOOKUP_WITHOUT_MEMORY) return 7;
         if (used != 0) {
             context->position += used;
             return 0;
@@ -105,8 +106,9 @@ int scan_directive(parse_stream* context, token_element* token) {
     const u64 wordLength = static_cast<u64>(wordEnd - word);
     if (wordLength == 0 || wordLength > kMAX_TOKEN_BYTES) return kNOT_MINE;
     // Directives are whole words; "-" and "." end them.
-    if (lookupSymbol(&preprocess_keyword_set, word, wordEnd, static_cast<u32>(wordLength), token) == 0)
-        return kNOT_MINE;
+    const u32 used = lookupSymbol(&preprocess_keyword_set, word, wordEnd, static_cast<u32>(wordLength), token);
+    if (used == kLOOKUP_WITHOUT_MEMORY) return 7;
+    if (used == 0) return kNOT_MINE;
 
     const token_type* type = token->type;
     // A paste outside of macros begins a comment of one line.
@@ -128,6 +130,7 @@ int scan_line_end(parse_stream* context, token_element* token) {
 
 int scan_symbol(parse_stream* context, token_element* token) {
     const u32 used = look_up_keyword(context, context->position, context->textEnd, 1, token);
+    if (used == kLOOKUP_WITHOUT_MEMORY) return 7;
     if (used != 0) {
         context->position += used;
         return 0;

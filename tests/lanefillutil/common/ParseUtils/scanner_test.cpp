@@ -1,6 +1,7 @@
 // scanner_test.cpp - characters to tokens.
 // SPDX-License-Identifier: Apache-2.0
 #include "support/alerts.h"
+#include "support/allocation_faults.h"
 #include "support/parse.h"
 
 #include <gtest/gtest.h>
@@ -326,6 +327,29 @@ TEST_F(Scanner, ManyOpenBracketsAreLookedThroughOnce) {
     u32 count = 0;
     while (text.next() != "END_OF_FILE(\\xFF)") ++count;
     EXPECT_EQ(count, 120001u);
+}
+
+// Tokens of a pool without texts: none may be taken for another word because there was no memory for it.
+TEST(ScannerFaults, AWordThatFindsNoMemoryIsNotReadAsAnother) {
+    const auto sweep = memdata::testing::sweepAllocationFaults([] {
+        int status = InitializeSystemResources();
+        EnablePrintAlerts(0);
+        parse_stream* stream = nullptr;
+        if (status == 0) status = open_parse_MemoryFile("t", "defined;x", 9, nullptr, nullptr, nullptr, &stream);
+        const token_type* const expected[] = {&kPREPROCESS_DEFINED_KEYWORD, &kSEMICOLON, &kIDENTIFIER_TOKEN};
+        for (const token_type* type : expected) {
+            token_element* cold = status == 0 ? get_token_element() : nullptr; // kept: the next one has no text either
+            if (status == 0) status = cold == nullptr ? 7 : parse_token(stream, cold);
+            if (status == 0) {
+                EXPECT_EQ(cold->type, type);
+            }
+        }
+        close_parse_stream(&stream);
+        FinalizeSystemResources();
+        return status;
+    });
+    EXPECT_EQ(sweep.failures, "");
+    EXPECT_GT(sweep.faultCount, 5u);
 }
 
 TEST_F(Scanner, ReadingAllocatesNothingPerToken) {
