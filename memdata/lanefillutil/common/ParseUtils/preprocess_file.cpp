@@ -3,7 +3,10 @@
 #include "ParseUtils/preprocess_file.h"
 
 #include "ParseUtils/scanner.h"
+#include "SystemUtils/alerts.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 using namespace memdata;
@@ -50,6 +53,13 @@ int preprocess_stream(StreamOwner stream, fileIODescriptor* file) {
     return close_parse_stream(&ended);
 }
 
+// Whether the finished output would take the place of the file that is being read, by whatever name or link.
+bool would_replace(const parse_stream* stream, const fileSpecType* in, const fileIODescriptor* out) {
+    if (out->targetName == nullptr || (in->fileData != nullptr && in->fileDataSize != 0)) return false;
+    std::error_code missing; // then they are not the same
+    return std::filesystem::equivalent(GetFileName(stream->file), out->targetName, missing);
+}
+
 } // namespace
 
 int open_and_preprocess_file(fileSpecType* in, const char* extension, const char* rescanText, fileSpecType* out) {
@@ -60,6 +70,9 @@ int open_and_preprocess_file(fileSpecType* in, const char* extension, const char
 
     FileOwner file;
     if (int status = OpenDiskFile(out, "", extension, "", kOUTPUT_ATTRIBUTES, file.out()); status != 0) return status;
+    if (would_replace(stream.get(), in, file.get()))
+        return PrintError(kERROR_MESSAGE_STRING, 1,
+            formatted("Output file '%s' would replace the file that it is made of.", GetFileName(file.get())));
     if (int status = preprocess_stream(std::move(stream), file.get()); status != 0) return status;
     fileIODescriptor* written = file.release();
     const int status = Close_File(&written);

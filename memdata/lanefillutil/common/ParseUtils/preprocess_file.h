@@ -11,7 +11,7 @@
 //   extension   default for both names
 //   rescanText  read ahead of the file, may be null: definitions
 //   out         null for standard output. A file that exists is refused unless overwriting is allowed; it appears
-//               only when the status is 0
+//               only when the status is 0. The file of in itself is refused always, under any name (status 1)
 // Status 0, also for an empty file; 1 for a file that can not be opened; 21 and others as the text gives them.
 int open_and_preprocess_file(fileSpecType* in, const char* extension, const char* rescanText, fileSpecType* out);
 

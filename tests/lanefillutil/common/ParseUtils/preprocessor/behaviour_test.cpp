@@ -195,6 +195,32 @@ TEST_F(PreprocessedFile, DoesNotReplaceAnotherFile) {
     EXPECT_EQ(written(), "old\n");
 }
 
+TEST_F(PreprocessedFile, DoesNotReplaceWhatItIsMadeOf) {
+    SetDefaultFileAttributes(kOVERWRITING_REFUSED, false);
+    SetDefaultFileAttributes(kOVERWRITING_ALLOWED, true);
+    const std::string name = folder_.write("in.bmm", "#define A 1\nA\n");
+    const std::string link = (folder_.path() / "link.bmm").string();
+    std::filesystem::create_symlink(name, link);
+    const Tracked<fileSpecType, DeleteFileSpec> in(CreateFileSpec(name.c_str()));
+    for (const std::string& output : {name, link}) {
+        CapturedAlerts alerts;
+        const Tracked<fileSpecType, DeleteFileSpec> out(CreateFileSpec(output.c_str()));
+        EXPECT_EQ(open_and_preprocess_file(in.get(), "bmm", nullptr, out.get()), 1);
+        EXPECT_EQ(alerts.text(),
+            "\nERROR:Lanefill:86 - Output file '" + output + "' would replace the file that it is made of.\n\n");
+        std::ifstream file(name, std::ios::binary);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "#define A 1\nA\n");
+    }
+}
+
+TEST_F(PreprocessedFile, ReplacesAnotherFileWhereThatIsAllowed) {
+    SetDefaultFileAttributes(kOVERWRITING_REFUSED, false);
+    SetDefaultFileAttributes(kOVERWRITING_ALLOWED, true);
+    folder_.write("out.bmm", "old\n");
+    EXPECT_EQ(run("new\n"), 0);
+    EXPECT_EQ(written(), "new\n");
+}
+
 TEST_F(PreprocessedFile, DoesNotAppearWhenTheRunFails) {
     const CapturedAlerts alerts;
     EXPECT_EQ(run("a\n#endif\n"), 21);
