@@ -41,18 +41,23 @@ void inheritStart(BDSwitchDataType* request, StartAddressTypeX<unsigned long>* n
     nextStart->isSet = false;
 }
 
-// Failures that carry no alert of their own get one here: a run does not end without a word.
-int explained(int status, const LNF_DataFile* file, const AddressMappingType* mapping) {
-    if (status == kNO_SPACE_STATUS)
-        return PrintError(kERROR_MESSAGE_STRING, status,
-            memdata::formatted(
-                "Data file '%s' finds no ADDRESS_SPACE in '%s'.", file->GetDataFileName(), mapping->bmmBaseName));
-    if (status == kOTHER_PROCESSOR_STATUS)
-        return PrintError(kERROR_MESSAGE_STRING, status,
-            memdata::formatted(
-                "Data file '%s' was built for another processor than the first ADDRESS_MAP of '%s' names.",
-                file->GetDataFileName(), mapping->bmmBaseName));
-    return status;
+unsigned long firstMapProcessors(const AddressMappingType* mapping) {
+    return mapping == nullptr || mapping->addressMaps == nullptr ? 0 : mapping->addressMaps->processorType;
+}
+
+// The two failures that carry no alert of their own get one here: a run does not end without a word. Other failures
+// with the same status have been reported where they arose.
+
+int explainNoSpace(const LNF_DataFile* file, const AddressMappingType* mapping) {
+    return PrintError(kERROR_MESSAGE_STRING, kNO_SPACE_STATUS,
+        memdata::formatted(
+            "Data file '%s' finds no ADDRESS_SPACE in '%s'.", file->GetDataFileName(), mapping->bmmBaseName));
+}
+
+int explainOtherProcessor(const LNF_DataFile* file, const AddressMappingType* mapping) {
+    return PrintError(kERROR_MESSAGE_STRING, kOTHER_PROCESSOR_STATUS,
+        memdata::formatted("Data file '%s' was built for another processor than the first ADDRESS_MAP of '%s' names.",
+            file->GetDataFileName(), mapping->bmmBaseName));
 }
 
 } // namespace
@@ -82,11 +87,15 @@ int translateDataFile(LNF_DataFile* file, BDSwitchDataType* request, AddressMapp
     inheritStart(request, &walk->nextStart);
 
     OwnedMapping eligible;
-    int status = filter_eligible_addressSpaces(
-        mapping, request->tagCount, tagNames(request), nullptr, 0, &walk->iterator, eligible.out());
-    if (status == 0)
-        status = transform_data_file_segments(file, request, eligible.get(), &walk->nextStart, ignoreUnmapped);
-    return explained(status, file, mapping);
+    const char* const* names = tagNames(request);
+    int status =
+        filter_eligible_addressSpaces(mapping, request->tagCount, names, nullptr, 0, &walk->iterator, eligible.out());
+    if (status == kNO_SPACE_STATUS && names == nullptr) return explainNoSpace(file, mapping);
+    if (status != 0) return status;
+    status = transform_data_file_segments(file, request, eligible.get(), &walk->nextStart, ignoreUnmapped);
+    const bool isOfOther = status == kOTHER_PROCESSOR_STATUS &&
+                           file->IsMatchingProcessorType(firstMapProcessors(eligible.get())) == status;
+    return isOfOther ? explainOtherProcessor(file, mapping) : status;
 }
 
 } // namespace memdata
@@ -118,9 +127,7 @@ int prepare_data_file(LNF_DataFile* file, BDSwitchDataType*, AddressMappingType*
 
 int transform_data_file_segments(LNF_DataFile* file, BDSwitchDataType* request, AddressMappingType* mapping,
     StartAddressTypeX<unsigned long>* nextStart, bool ignoreUnmapped) {
-    const u64 processors =
-        mapping == nullptr || mapping->addressMaps == nullptr ? 0 : mapping->addressMaps->processorType;
-    if (int status = file->IsMatchingProcessorType(processors); status != 0) return status;
+    if (int status = file->IsMatchingProcessorType(firstMapProcessors(mapping)); status != 0) return status;
 
     DataFileSectionTypeX<unsigned long> previous{};
     unsigned long index = 0;

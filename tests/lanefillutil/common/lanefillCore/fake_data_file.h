@@ -3,6 +3,7 @@
 #ifndef MEMDATA_TESTS_LANEFILL_CORE_FAKE_DATA_FILE_H
 #define MEMDATA_TESTS_LANEFILL_CORE_FAKE_DATA_FILE_H
 
+#include "SystemUtils/alerts.h"
 #include "lanefillCore/records/data_file.h"
 
 #include <optional>
@@ -20,6 +21,7 @@ struct FakeFile {
     std::string name;
     std::vector<FakeSection> sections = {};
     std::optional<u64> startup = std::nullopt; // the boot address
+    int sectionStatus = 0;                     // of reading a section; reported by the reader itself
     int processorStatus = 0;                   // what a comparison with the map's processor gives
 };
 
@@ -41,6 +43,7 @@ public:
     unsigned long GetProgramSectionCount() override { return file_.sections.size(); }
     int GetProgramSectionData(unsigned long index, DataFileSectionTypeX<unsigned long>* section) override {
         if (index >= file_.sections.size()) return 3;
+        if (file_.sectionStatus != 0) return PrintError(kERROR_MESSAGE_STRING, file_.sectionStatus, "Cut section.");
         FakeSection& from = file_.sections[index];
         *section = {from.address, 0, from.bytes.data(), from.bytes.size(), from.bytes.size() * 8, 0};
         return 0;

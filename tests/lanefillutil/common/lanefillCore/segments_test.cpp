@@ -164,6 +164,21 @@ TEST_F(Segments, AMapWithoutSpacesTakesNoFile) {
     EXPECT_THAT(alerts.text(), HasSubstr("'app.elf' finds no ADDRESS_SPACE in 'test.bmm'"));
 }
 
+TEST_F(Segments, AFailureThatTheReaderHasReportedIsNotReportedAgain) {
+    map.space("ram", 0, "RAMB4", {"a[7:0]"});
+    for (const int status : {4, 23}) {
+        EXPECT_EQ(translate({.name = "app.elf", .sections = {{0, {1}}}, .sectionStatus = status}), status);
+        EXPECT_EQ(alerts.take(), "\nERROR:Lanefill:86 - Cut section.\n\n");
+    }
+}
+
+TEST_F(Segments, AnUnknownTagIsReportedOnce) {
+    map.space("ram", 0, "RAMB4", {"a[7:0]"});
+    EXPECT_NE(translate({"app.elf", {{0, {1}}}}, request({"none"}).get()), 0);
+    EXPECT_THAT(messages.text(), HasSubstr("28-203"));
+    EXPECT_EQ(alerts.text(), "");
+}
+
 // Tags.
 
 TEST_F(Segments, ATagSelectsOneSpace) {
