@@ -65,12 +65,32 @@ u64 bitsAt(const MemColumn& column, u64 firstBit) {
     return word & getBitMask(static_cast<unsigned>(bits));
 }
 
-// Words of whole bytes, one column: each byte is two digits.
+// Prints words from firstWord on; returns where the text ends.
+using PutWords = char* (*)(char* out, std::span<const MemColumn> columns, u64 firstWord, u64 wordCount);
+
+// The plain way, for any columns.
+char* putWords(char* out, std::span<const MemColumn> columns, u64 firstWord, u64 wordCount) {
+    for (u64 word = firstWord; word < firstWord + wordCount; ++word) {
+        *out++ = ' ';
+        for (const MemColumn& column : columns)
+            out = putDigits(out, bitsAt(column, column.firstBit + word * column.stepBits), column.digits);
+    }
+    return out;
+}
+
 template<u64 Bytes>
-char* putWholeWords(char* out, const u8* at, u64 wordCount) {
+char* putBytes(char* out, const u8* at) {
+    for (u64 byte = Bytes; byte-- > 0;) out = putPair(out, at[byte]);
+    return out;
+}
+
+// One column of whole bytes.
+template<u64 Bytes>
+char* putWholeWords(char* out, std::span<const MemColumn> columns, u64 firstWord, u64 wordCount) {
+    const u8* at = columns[0].buffer + columns[0].firstBit / 8 + firstWord * Bytes;
     for (; wordCount > 0; --wordCount, at += Bytes) {
         *out++ = ' ';
-        for (u64 byte = Bytes; byte-- > 0;) out = putPair(out, at[byte]);
+        out = putBytes<Bytes>(out, at);
     }
     return out;
 }
@@ -83,41 +103,91 @@ constexpr auto kBYTE_WORDS = [] {
 }();
 
 template<>
-char* putWholeWords<1>(char* out, const u8* at, u64 wordCount) {
+char* putWholeWords<1>(char* out, std::span<const MemColumn> columns, u64 firstWord, u64 wordCount) {
+    const u8* at = columns[0].buffer + columns[0].firstBit / 8 + firstWord;
     for (; wordCount > 0; --wordCount, out += 3) std::memcpy(out, kBYTE_WORDS[*at++].data(), 4);
     return out;
 }
 
-using PutWholeWords = char* (*)(char*, const u8*, u64);
+// Two words of four bits at once, the low half of a byte first.
+constexpr auto kHALF_BYTE_WORDS = [] {
+    std::array<std::array<char, 4>, 256> words{};
+    for (unsigned byte = 0; byte < 256; ++byte) words[byte] = {' ', kDIGITS[byte & 15], ' ', kDIGITS[byte >> 4]};
+    return words;
+}();
 
-// The way for words that are whole bytes of one buffer, all inside of it; null for others.
-PutWholeWords wholeWordsOf(std::span<const MemColumn> columns, u64 wordCount) {
-    const MemColumn& column = columns[0];
-    const bool whole = columns.size() == 1 && column.firstBit % 8 == 0 && column.stepBits == column.bits &&
-                       column.digits * 4 == column.bits && column.firstBit <= column.bufferBits &&
-                       wordCount <= (column.bufferBits - column.firstBit) / column.bits;
-    if (!whole) return nullptr;
-    switch (column.bits) {
-    case 8:
-        return putWholeWords<1>;
-    case 16:
-        return putWholeWords<2>;
-    case 32:
-        return putWholeWords<4>;
-    case 64:
-        return putWholeWords<8>;
-    default:
-        return nullptr;
-    }
+char* putHalfBytes(char* out, std::span<const MemColumn> columns, u64 firstWord, u64 wordCount) {
+    u64 place = columns[0].firstBit / 4 + firstWord;
+    const auto putOne = [&] {
+        *out++ = ' ';
+        *out++ = kDIGITS[columns[0].buffer[place / 2] >> (place % 2 * 4) & 15];
+        ++place;
+        --wordCount;
+    };
+    if (wordCount > 0 && place % 2 != 0) putOne();
+    for (const u8* at = columns[0].buffer + place / 2; wordCount >= 2; wordCount -= 2, place += 2, out += 4)
+        std::memcpy(out, kHALF_BYTE_WORDS[*at++].data(), 4);
+    if (wordCount > 0) putOne();
+    return out;
 }
 
-char* putWords(char* out, std::span<const MemColumn> columns, u64 firstWord, u64 wordCount) {
-    for (u64 word = firstWord; word < firstWord + wordCount; ++word) {
+// A parity bit for each byte, then the bytes.
+template<u64 Bytes>
+char* putParityWords(char* out, std::span<const MemColumn> columns, u64 firstWord, u64 wordCount) {
+    u64 parityBit = columns[0].firstBit + firstWord * Bytes;
+    const u8* at = columns[1].buffer + columns[1].firstBit / 8 + firstWord * Bytes;
+    for (; wordCount > 0; --wordCount, at += Bytes, parityBit += Bytes) {
+        const unsigned parity = columns[0].buffer[parityBit / 8] >> parityBit % 8 & ((1u << Bytes) - 1);
         *out++ = ' ';
-        for (const MemColumn& column : columns)
-            out = putDigits(out, bitsAt(column, column.firstBit + word * column.stepBits), column.digits);
+        if constexpr (Bytes == 8)
+            out = putPair(out, static_cast<u8>(parity));
+        else
+            *out++ = kDIGITS[parity];
+        out = putBytes<Bytes>(out, at);
     }
     return out;
+}
+
+// Whole digits side by side, at a place that is a multiple of their width, and all of them inside the buffer.
+bool isPlain(const MemColumn& column, u64 wordCount) {
+    return column.stepBits == column.bits && column.digits == hexDigits(column.bits) &&
+           column.firstBit % std::min(column.bits, 8u) == 0 && column.firstBit <= column.bufferBits &&
+           wordCount <= (column.bufferBits - column.firstBit) / column.bits;
+}
+
+// The quickest way for these words.
+PutWords wayOf(std::span<const MemColumn> columns, u64 wordCount) {
+    if (!std::ranges::all_of(columns, [&](const MemColumn& column) { return isPlain(column, wordCount); }))
+        return putWords;
+    if (columns.size() == 1) {
+        switch (columns[0].bits) {
+        case 4:
+            return putHalfBytes;
+        case 8:
+            return putWholeWords<1>;
+        case 16:
+            return putWholeWords<2>;
+        case 32:
+            return putWholeWords<4>;
+        case 64:
+            return putWholeWords<8>;
+        default:
+            return putWords;
+        }
+    }
+    if (columns.size() != 2 || columns[0].bits * 8 != columns[1].bits) return putWords;
+    switch (columns[0].bits) {
+    case 1:
+        return putParityWords<1>;
+    case 2:
+        return putParityWords<2>;
+    case 4:
+        return putParityWords<4>;
+    case 8:
+        return putParityWords<8>;
+    default:
+        return putWords;
+    }
 }
 
 u64 wordCharacters(std::span<const MemColumn> columns) {
@@ -142,15 +212,13 @@ int outputMemLines(fileIODescriptor* file, std::span<const MemColumn> columns, u
         static_cast<char*>(getMemory("lines of a MEM file", linesPerBlock * lineBytes + kSLACK_BYTES)));
     if (block == nullptr) return 7;
 
-    const PutWholeWords putWhole = wholeWordsOf(columns, wordCount);
+    const PutWords put = wayOf(columns, wordCount);
     for (u64 word = 0; word < wordCount;) {
         char* out = block.get();
         for (u64 line = 0; line < linesPerBlock && word < wordCount; ++line) {
             const u64 words = std::min(wordsPerLine, wordCount - word);
             out = std::copy_n(kLINE_HEAD, kLINE_HEAD_BYTES, out);
-            out = putWhole != nullptr
-                      ? putWhole(out, columns[0].buffer + (columns[0].firstBit + word * columns[0].stepBits) / 8, words)
-                      : putWords(out, columns, word, words);
+            out = put(out, columns, word, words);
             *out++ = '\n';
             word += words;
         }

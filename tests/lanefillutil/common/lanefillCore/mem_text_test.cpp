@@ -100,8 +100,10 @@ TEST(MemText, IsThatOfThePlainFormOverRandomShapes) {
         const u64 words = dice.below(150);
         const u64 countedBits = dice.from(1, 64);
         const u64 columnCount = dice.below(3) == 0 ? dice.from(2, kMAX_MEM_COLUMNS) : 1;
+        const bool parity = dice.below(3) == 0; // a second column of a byte for each bit of the first
         for (u64 i = 0; i < columnCount; ++i) {
-            const u32 bits = static_cast<u32>(dice.below(2) == 0 ? u64{8} << dice.below(4) : dice.from(1, 64));
+            u32 bits = static_cast<u32>(dice.below(2) == 0 ? u64{4} << dice.below(5) : dice.from(1, 64));
+            if (parity && columnCount == 2) bits = i == 0 ? 1u << dice.below(4) : columns[0].bits * 8;
             const u64 slot = laneSlotBits(bits);
             const u64 first = dice.below(40);
             // A third of the buffers end ahead of the last word, some inside a word.
@@ -110,7 +112,7 @@ TEST(MemText, IsThatOfThePlainFormOverRandomShapes) {
             buffers.emplace_back((bitCount + 7) / 8);
             for (u8& byte : buffers.back()) byte = static_cast<u8>(dice.below(256));
             columns.push_back({nullptr, bitCount, std::min(first, bitCount / slot) * slot, slot, bits,
-                hexDigits(bits) + static_cast<u32>(dice.below(2)) * (bits <= 60 ? 1 : 0)});
+                hexDigits(bits) + (bits <= 60 && dice.below(4) == 0 ? 1 : 0)});
         }
         for (size_t i = 0; i < columns.size(); ++i) columns[i].buffer = buffers[i].data();
         const u64 characters = charactersOf(columns);
