@@ -147,8 +147,8 @@ void releaseImages(u8* images) {
 }
 
 struct Images {
+    u8* parity = nullptr; // ahead of data, whose initialiser sets it
     memdata::Tracked<u8, releaseImages> data;
-    u8* parity = nullptr;
     explicit Images(const TarselDeviceType* device) : data(get_BRAM_largest_from_device(device, &parity)) {}
 
     // Both parts at the sizes of a type, zero; the parity part stands behind the largest data part.
