@@ -39,7 +39,7 @@ class BurstDump {
 public:
     BurstDump(StreamWalk& walk, Burst& burst) : walk_(walk), data_(burst.data.get()), size_(burst.bytes(walk)) {}
 
-    int print();
+    int print(const char* registerName);
 
 private:
     // How the burst is told: parts ahead of and behind the columns are CLB data.
@@ -75,7 +75,7 @@ BurstDump::Layout BurstDump::columnsAt_(u32 frameOffset) const {
     layout.columns.columnBytes =
         u64{device->bramFrameBits / 8} * device->memoryLocs[0].type->frameCount + device->framePadBits / 8;
     layout.columns.start = u64{frameOffset} * (device->clbFrameBits / 8);
-    layout.columns.count = device->physicalColumns;
+    columnsOfDie(walk_, &layout.columns);
     const u64 all = layout.columns.columnBytes * layout.columns.count;
     if (all > size_ || layout.columns.start > size_ - all) layout.columns.count = 0;
     return layout;
@@ -89,6 +89,7 @@ BurstDump::Layout BurstDump::layout_() const {
     Layout layout;
     if (firstGeneration) {
         i32 physicalColumn = 0;
+        layout.asFrames = isBram && raw_();
         layout.silent = isBram && !translate_logical_column_number(
                                       device, static_cast<i32>(gLast_frame_address_column), &physicalColumn);
     } else if (walk_.fdriWrites < 2) {
@@ -148,10 +149,11 @@ int BurstDump::printMemories_(const BramColumns& columns, u64* end) {
     return status;
 }
 
-int BurstDump::print() {
+int BurstDump::print(const char* registerName) {
     const Layout layout = layout_();
     if (layout.silent) return 0;
-    int status = 0;
+    int status = PutNextLine(walk_.dump, "Write of %s register with %ld words of data.\n", registerName, words_(size_));
+    if (status != 0) return status;
     if (layout.columns.count == 0 || (walk_.addressMapping == nullptr && !layout.asFrames)) {
         status = printClb_(0, size_, clbBytesPerLine_());
     } else {
@@ -192,9 +194,5 @@ int memdata::dumpHexLines(StreamWalk& walk, const u8* data, u64 byteCount) {
 
 int memdata::dumpBurst(StreamWalk& walk, u32 commandWord, Burst& burst) {
     CRC_Data(walk.device, commandWord, burst.data.get(), burst.wordCount);
-    if (int status = PutNextLine(walk.dump, "Write of %s register with %ld words of data.\n",
-            walk.registerName(commandWord), burst.wordCount);
-        status != 0)
-        return status;
-    return BurstDump(walk, burst).print();
+    return BurstDump(walk, burst).print(walk.registerName(commandWord));
 }

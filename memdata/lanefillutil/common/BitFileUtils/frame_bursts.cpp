@@ -8,6 +8,7 @@
 #include "BitFileUtils/register_ops.h"
 #include "BitFileUtils/stream_crc.h"
 #include "DeviceTableUtils/families.h"
+#include "DeviceTableUtils/frame_sizes.h"
 #include "DeviceTableUtils/locations.h"
 #include "SystemUtils/alerts.h"
 
@@ -38,13 +39,6 @@ int readWordCount(StreamWalk& walk, u32 commandWord, u64* count) {
 
 bool isFirstGeneration(const TarselDeviceType* device) {
     return (device->family->familyMask & kFIRST_GENERATION_MASK) != 0;
-}
-
-// The columns of the die in turn; none when the stream names more dice than the device has.
-void columnsOfDie(const StreamWalk& walk, BramColumns* columns) {
-    const u32 dice = std::max(walk.device->dieCount, 1U);
-    columns->count = walk.dieIndex < dice ? walk.device->physicalColumns / dice : 0;
-    columns->first = columns->count * walk.dieIndex;
 }
 
 // Writes what bit lanes hold into the columns of a burst.
@@ -90,6 +84,12 @@ int memdata::writeBurst(StreamWalk& walk, const Burst& burst) {
     return WriteData(walk.output, burst.data.get(), burst.bytes(walk));
 }
 
+void memdata::columnsOfDie(const StreamWalk& walk, BramColumns* columns) {
+    const u32 dice = std::max(walk.device->dieCount, 1U);
+    columns->count = walk.dieIndex < dice ? walk.device->physicalColumns / dice : 0;
+    columns->first = columns->count * walk.dieIndex;
+}
+
 int memdata::bramColumns(const StreamWalk& walk, u64 burstBytes, BramColumns* columns) {
     const TarselDeviceType* device = walk.device;
     const bool isBram = gLast_frame_address_type == walk.family().bramBlockType;
@@ -111,7 +111,10 @@ int memdata::bramColumns(const StreamWalk& walk, u64 burstBytes, BramColumns* co
     columns->columnBytes = device->bramFrameBits / 8 * device->memoryLocs[0].type->frameCount;
     columns->start = u64{device->bramFrameOffset} * (device->clbFrameBits / 8);
     const u64 allColumns = columns->columnBytes * columns->count;
-    if (burstBytes <= allColumns || columns->start > burstBytes - allColumns) columns->count = 0;
+    u64 present = 0; // without the columns whose frames the stream leaves out
+    for (u32 i = 0; i < columns->count; ++i) present += blockRamColumnBytes(device, columns->first + i);
+    present = std::min(present, allColumns);
+    if (burstBytes <= allColumns || columns->start > burstBytes - present) columns->count = 0;
     return 0;
 }
 

@@ -37,6 +37,9 @@ struct BramColumns {
 int readBurst(StreamWalk& walk, u32 commandWord, Burst* burst);
 int writeBurst(StreamWalk& walk, const Burst& burst);
 
+// The columns of the die in turn, as many as it has; none when the stream names more dice than the device has.
+void columnsOfDie(const StreamWalk& walk, BramColumns* columns);
+
 // Columns to change in a burst, by the last frame address. Status 3 with an alert: the device's streams cannot be
 // changed.
 int bramColumns(const StreamWalk& walk, u64 burstBytes, BramColumns* columns);
