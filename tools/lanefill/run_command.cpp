@@ -26,6 +26,11 @@ void tellWhatWasLeft() {
                    "'lanefill --help' shows examples");
         return;
     }
+    if (report.segments != 0 && !report.namesOutput) {
+        printError("the data was translated, but nothing was written: -bx FOLDER writes MEM files, -o p FILE the map, "
+                   "-bt FILE with -o b FILE a bit file");
+        return;
+    }
     if (report.segments != 0 && report.unmappedSegments == report.segments)
         printError("no data was translated: no ADDRESS_SPACE holds " + report.firstUnmapped +
                    (report.segments > 1 ? ", nor any other segment" : ""));

@@ -110,6 +110,7 @@ int writeMaps(CmdStringOptionsType* options, AddressMappingType* mapping) {
 int runWithMap(CmdStringOptionsType* options, const Jobs& jobs, AddressMappingType* mapping) {
     const bool writesMaps = options->outputBmmFile != nullptr || options->outputXmlBmmFile != nullptr;
     if (options->dumpEnabled || options->autoInit || jobs.hasData || writesMaps) ++runReport().jobs;
+    runReport().namesOutput = writesMaps || jobs.hasBitFile || options->bxList != nullptr;
     if (options->dumpEnabled && !jobs.hasData) return dumpBitFile(options, mapping);
     if (options->autoInit)
         if (int status = transform_auto_data_files(mapping, options->macroDefines); status != 0) return status;

@@ -11,6 +11,7 @@ namespace memdata {
 
 struct RunReport {
     u64 jobs = 0;                 // dumps, translations, outputs that were begun
+    bool namesOutput = false;     // somewhere for the results to go
     u64 segments = 0;             // of the data files, those with bytes
     u64 unmappedSegments = 0;     // that no eligible address space holds
     bool ignoresUnmapped = false; // the user wanted these left out without a word
