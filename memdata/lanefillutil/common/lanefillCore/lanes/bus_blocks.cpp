@@ -11,14 +11,37 @@ namespace {
 
 constexpr unsigned kSOURCE_UNIT_BITS = 8;
 
-// One bus word from lane startLane on. Lanes that the source does not reach any more keep their words, which
+// Where in a bus word a segment begins.
+struct StartPlace {
+    u64 lane = 0;
+    unsigned headBits = 0; // of that lane's word, ahead of the segment
+
+    bool isWholeWord() const { return lane == 0 && headBits == 0; }
+};
+
+// Bits of the start lane's word that lie ahead of an address which is inside of it: they keep what they are, and the
+// segment's bytes stand where their addresses say. Words with parity bits have no byte addresses inside.
+unsigned bitsAhead(const AddressRangeDefType* range, const BusBlockType* block, u64 startLane, u64 address) {
+    if (address <= block->startAddress || range->wordAddressing || startLane >= block->laneCount) return 0;
+    const BitLaneGridElemType* element = block->lanes[startLane];
+    const u64 width = range->laneWidth;
+    if (element->parityWidth != 0 || element->laneWidth != width || width > 64 || element->lane->dataChunks == nullptr)
+        return 0;
+    const auto bitsInto = [width](u64 bytes) { return bytes % width * 8 % width; };
+    return bitsInto(block->startAddress) != 0 ? 0 : static_cast<unsigned>(bitsInto(address));
+}
+
+// One bus word from its start place on. Lanes that the source does not reach any more keep their words, which
 // still count for the check bits. count goes down by one a lane and stays at 0.
-void transformBusWord(BusBlockType* block, u64 startLane, BufferChunkAccess* source, bool byteSwapEcc, u64* count) {
+void transformBusWord(
+    BusBlockType* block, const StartPlace& start, BufferChunkAccess* source, bool byteSwapEcc, u64* count) {
     const unsigned swapWidth = static_cast<unsigned>(block->lanePitch);
     EndianConvert::UInt128 bus{0, 0};
-    for (u64 lane = startLane; lane < block->laneCount; ++lane) {
+    for (u64 lane = start.lane; lane < block->laneCount; ++lane) {
         if (*count > 0) --*count;
-        if (source->GetNumberBufferBitsRemaining() > 0)
+        if (lane == start.lane && start.headBits != 0)
+            memdata::transformRestOfLaneValue(block->lanes[lane], start.headBits, swapWidth, source, &bus);
+        else if (source->GetNumberBufferBitsRemaining() > 0)
             transform_bitLane_value(block->lanes[lane], swapWidth, source, &bus);
         else
             memdata::accumulateStoredWord(block->lanes[lane], swapWidth, &bus);
@@ -40,19 +63,21 @@ int transformBusBlock(const char* fileName, const AddressRangeDefType* range, Bu
     BufferChunkAccess* source, bool byteSwapEcc, TransformPath path) {
     u64 count = 0;
     u64 eccCount = 0; // the check lanes count for themselves; the data lanes' count rules the walk
-    u64 startLane = 0;
-    int status = initialize_busBlock_transform_positions(fileName, range, block, address, &count, &startLane);
+    StartPlace start;
+    int status = initialize_busBlock_transform_positions(fileName, range, block, address, &count, &start.lane);
     if (status == 0) status = initialize_busBlock_ECC_transform_positions(fileName, range, block, address, &eccCount);
     if (status != 0) return status;
 
+    start.headBits = bitsAhead(range, block, start.lane, address);
+    if (start.headBits != 0) ++count; // the steps left were counted from the address on, not from its word
     const bool fast = path == TransformPath::kBY_SHAPE && hasFastShape(block);
     while (count > 0 && source->GetNumberBufferBitsRemaining() > 0) {
-        if (fast && startLane == 0) {
+        if (fast && start.isWholeWord()) {
             count -= transformWholeBusWords(block, source, count / block->laneCount, byteSwapEcc) * block->laneCount;
             if (count == 0 || source->GetNumberBufferBitsRemaining() == 0) break;
         }
-        transformBusWord(block, startLane, source, byteSwapEcc, &count);
-        startLane = 0;
+        transformBusWord(block, start, source, byteSwapEcc, &count);
+        start = {};
     }
     return 0;
 }

@@ -40,6 +40,15 @@ void takeParity(BitLaneGridElemType* element, BufferChunkAccess* source, EndianC
     accumulate_bus_width_value(bits, value, bus);
 }
 
+void storeWord(BitLaneGridElemType* element, unsigned swapWidth, unsigned bits, u64 word, EndianConvert::UInt128* bus) {
+    BitLaneType* lane = element->lane;
+    lane->dataChunks->PutNextTransformChunk(bits, memdata::swapLaneBytes(swapWidth, word));
+    lane->dataChunks->SkipBits(memdata::laneSlotBits(bits) - bits);
+    update_max_transform_buffer_addresses(element);
+    accumulate_bus_width_value(bits, word, bus);
+    ++lane->laneState;
+}
+
 } // namespace
 
 namespace memdata {
@@ -71,18 +80,25 @@ void accumulateStoredWord(const BitLaneGridElemType* element, unsigned swapWidth
 
 void transform_bitLane_value(
     BitLaneGridElemType* element, unsigned swapWidth, BufferChunkAccess* source, EndianConvert::UInt128* bus) {
-    BitLaneType* lane = element->lane;
     if (element->parityWidth > 0) takeParity(element, source, bus);
 
     const unsigned bits = memdata::laneDataBits(element);
     const bool isNew = source->GetNumberBufferBitsRemaining() > 0;
-    u64 word = nextWord(source, bits, swapWidth, lane->dataChunks);
+    u64 word = nextWord(source, bits, swapWidth, element->lane->dataChunks);
     // A word that stays as the lane holds it has been mirrored already.
     if (isNew && element->bitOrdering == kBIT_ORDERING_ASCENDING) word = reverseDataBits(bits, word);
+    storeWord(element, swapWidth, bits, word, bus);
+}
 
-    lane->dataChunks->PutNextTransformChunk(bits, memdata::swapLaneBytes(swapWidth, word));
-    lane->dataChunks->SkipBits(memdata::laneSlotBits(bits) - bits);
-    update_max_transform_buffer_addresses(element);
-    accumulate_bus_width_value(bits, word, bus);
-    ++lane->laneState;
+void memdata::transformRestOfLaneValue(BitLaneGridElemType* element, unsigned headBits, unsigned swapWidth,
+    BufferChunkAccess* source, EndianConvert::UInt128* bus) {
+    const unsigned bits = laneDataBits(element);
+    const bool mirrors = element->bitOrdering == kBIT_ORDERING_ASCENDING;
+    const auto mirrored = [&](u64 word) { return mirrors ? reverseDataBits(bits, word) : word; };
+    const u64 old = mirrored(swapLaneBytes(swapWidth, storedWord(element->lane->dataChunks, bits)));
+    unsigned got = bits - headBits;
+    u64 word = source->GetNextTransformChunk(&got);
+    const unsigned missing = bits - headBits - got; // the source may end inside the word too
+    word = (old & ~getBitMask(bits - headBits)) | word << missing | (old & getBitMask(missing));
+    storeWord(element, swapWidth, bits, mirrored(word), bus);
 }

@@ -15,6 +15,11 @@ void transform_bitLane_value(
 
 namespace memdata {
 
+// The same for a source that begins headBits inside the word of a lane without parity bits: the bits ahead keep what
+// the lane holds. headBits is below the lane's data bits.
+void transformRestOfLaneValue(BitLaneGridElemType* element, unsigned headBits, unsigned swapWidth,
+    BufferChunkAccess* source, EndianConvert::UInt128* bus);
+
 u64 swapLaneBytes(unsigned swapWidth, u64 word);
 
 // Appends the word under the lane's cursors to the bus word and changes nothing: what a lane contributes to

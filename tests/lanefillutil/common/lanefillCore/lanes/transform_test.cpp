@@ -93,6 +93,48 @@ TEST(Transform, ALaneHoldsItsWordsLowByteFirstAndTheFirstBytesAreTheTopBitsOfThe
                                                           "lane lo 0: DD CC\n");
 }
 
+TEST(Transform, AnAddressInsideALaneWordKeepsTheBytesAheadOfIt) {
+    TestMap map;
+    map.define("SMALL", 16, {16, 32});
+    AddressSpaceDefType* space = map.space("ram", 0x100, "SMALL", {"w[31:0]"});
+    EXPECT_EQ(stored(space, 0x104, {1, 2, 3, 4, 5, 6, 7, 8}), "lane w 4: 04 03 02 01 08 07 06 05\n");
+    EXPECT_EQ(stored(space, 0x106, {0xAA, 0xBB, 0xCC}), "lane w 4: BB AA 02 01 08 07 06 CC\n");
+}
+
+TEST(Transform, ASegmentInsideOneLaneWordChangesItsBytesAlone) {
+    TestMap map;
+    map.define("SMALL", 16, {16, 32});
+    AddressSpaceDefType* space = map.space("ram", 0, "SMALL", {"w[31:0]"});
+    EXPECT_EQ(stored(space, 0, {1, 2, 3, 4}), "lane w 0: 04 03 02 01\n");
+    EXPECT_EQ(stored(space, 1, {0xAA, 0xBB}), "lane w 0: 04 BB AA 01\n");
+}
+
+TEST(Transform, AnAddressInsideALaneWordStandsRightForLittleEndianProcessorsToo) {
+    TestMap map;
+    map.define("SMALL", 16, {16, 32});
+    map.map("cpu", "ARM", 1);
+    AddressSpaceDefType* space = map.space("ram", 0, "SMALL", {"hi[31:16] lo[15:0]"});
+    // Lanes of little-endian processors are filled from the low one, low byte first.
+    const std::string whole = stored(space, 0, {1, 2, 3, 4, 5, 6, 7, 8});
+    EXPECT_EQ(store(space, 0, {1, 2, 3, 4, 5, 6, 7, 8}), 0);
+    EXPECT_EQ(stored(space, 3, {4, 5}), whole);
+}
+
+TEST(Transform, AnAddressInsideAMirroredLaneWordKeepsTheBytesAheadOfIt) {
+    TestMap map;
+    map.define("SMALL", 16, {16, 32});
+    AddressSpaceDefType* space = map.space("ram", 0, "SMALL", {"w[0:31]"});
+    const std::string whole = stored(space, 0, {1, 2, 3, 4});
+    EXPECT_EQ(stored(space, 2, {3, 4}), whole);
+}
+
+TEST(Transform, ASegmentFromInsideAWordToTheEndOfTheSpaceIsWhole) {
+    TestMap map;
+    map.define("SMALL", 8, {32});
+    AddressSpaceDefType* space = map.space("ram", 0, "SMALL", {"w[31:0]"});
+    EXPECT_EQ(stored(space, 2, {1, 2, 3, 4, 5, 6}), "lane w 0: 02 01 00 00 06 05 04 03\n");
+}
+
 TEST(Transform, ParityBitsStandRightAlignedInAHexDigitAheadOfTheDataBits) {
     TestMap map;
     AddressSpaceDefType* space = map.space("ram", 0, "RAMB18", {"p[8:0]"}, {.wordAddressing = true});
