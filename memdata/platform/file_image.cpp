@@ -6,6 +6,7 @@
 
 #include "platform/run_inputs.h"
 
+#include <cstdint>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -51,6 +52,16 @@ void FileImage::close() {
     mapping_ = nullptr;
     mappingBytes_ = 0;
     std::string().swap(unpacked_);
+}
+
+void releaseMappedPages(const void* bytes, u64 byteCount) {
+    const u64 pageBytes = static_cast<u64>(::sysconf(_SC_PAGESIZE));
+    const u64 first = reinterpret_cast<std::uintptr_t>(bytes);
+    const u64 head = (pageBytes - first % pageBytes) % pageBytes; // whole pages only
+    if (byteCount < head + pageBytes) return;
+    const u64 whole = (byteCount - head) / pageBytes * pageBytes;
+    // A failure costs memory only.
+    ::madvise(const_cast<char*>(static_cast<const char*>(bytes)) + head, static_cast<size_t>(whole), MADV_DONTNEED);
 }
 
 } // namespace memdata

@@ -39,6 +39,10 @@ private:
     std::string unpacked_;
 };
 
+// Bytes of a mapped image that are not needed for now: the memory that they take in the process is given back. They
+// stay readable and come from the file again.
+void releaseMappedPages(const void* bytes, u64 byteCount);
+
 } // namespace memdata
 
 #endif

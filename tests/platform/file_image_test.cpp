@@ -11,6 +11,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -83,6 +84,31 @@ TEST_F(FileImageTest, OpeningAnotherFileLetsGoOfTheFirst) {
     EXPECT_EQ(image.open(folder.write("a", "one")), WholeFile::kREAD);
     EXPECT_EQ(image.open(folder.file("none")), WholeFile::kCANNOT_OPEN);
     EXPECT_EQ(image.size(), 0u);
+}
+
+u64 mappedBytesInMemory() { // of files, in this process
+    std::ifstream facts("/proc/self/statm");
+    u64 size = 0, resident = 0, shared = 0;
+    facts >> size >> resident >> shared;
+    return shared * static_cast<u64>(sysconf(_SC_PAGESIZE));
+}
+
+TEST_F(FileImageTest, ReleasedPagesTakeNoMemoryAndComeBackFromTheFile) {
+    std::string bytes(4 << 20, 'x');
+    bytes.front() = bytes.back() = 'y';
+    ASSERT_EQ(image.open(folder.write("a", bytes)), WholeFile::kREAD);
+    EXPECT_TRUE(text() == bytes); // all pages are touched
+    const u64 before = mappedBytesInMemory();
+    memdata::releaseMappedPages(image.data() + 1, image.size() - 1);
+    EXPECT_GE(before, mappedBytesInMemory() + (3 << 20));
+    EXPECT_TRUE(text() == bytes);
+}
+
+TEST_F(FileImageTest, LessThanAPageIsNotReleased) {
+    const std::string bytes(100, 'x');
+    ASSERT_EQ(image.open(folder.write("a", bytes)), WholeFile::kREAD);
+    memdata::releaseMappedPages(image.data() + 1, image.size() - 1);
+    EXPECT_EQ(text(), bytes);
 }
 
 TEST_F(FileImageTest, AStreamTellsWhetherItsFileIsPacked) {

@@ -158,7 +158,9 @@ unsigned long LNF_ELFDataFile::GetProgramSectionCount() {
 }
 
 int LNF_ELFDataFile::GetProgramSectionData(unsigned long index, DataFileSectionTypeX<unsigned long>* section) {
-    return getEitherSectionData(index, section, true);
+    const int status = getEitherSectionData(index, section, true);
+    if (status == 0) section->isMapped = image_.isMapped();
+    return status;
 }
 
 unsigned long LNF_ELFDataFile::GetSectionCount() {

@@ -8,6 +8,7 @@
 #include "lanefillCore/lanes/bus_blocks.h"
 #include "lanefillCore/records/run_report.h"
 #include "platform/HPAParamMgr.h"
+#include "platform/file_image.h"
 
 namespace {
 
@@ -41,6 +42,8 @@ int storeInSpace(const char* fileName, AddressSpaceLinkType* link, const BootAdd
     TransformRangeType* range = insert_transform_range(
         fileName, &space->transformRanges, section->address, section->size, section->data, section->size, true);
     if (range == nullptr) return 7;
+    // The range has a copy: the lanes need not find room beside both.
+    if (section->isMapped) memdata::releaseMappedPages(section->data, section->size);
     insert_transform_start_address(start, section, previous, nextStart, range);
     int status = space->dataFiles == nullptr ? 0 : insert_data_filename(fileName, space->dataFiles);
     if (status == 0) status = set_map_boot_address(fileName, link, boot, fileStartup);

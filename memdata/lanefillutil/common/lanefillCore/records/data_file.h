@@ -15,6 +15,9 @@ struct DataFileSectionTypeX {
     Address size;     // bytes
     Address bitCount; // bits of data; at most size * 8
     Address kind;     // a word of the file's own
+
+    // Ours.
+    bool isMapped = false; // the data is part of a mapped file: releaseMappedPages is allowed
 };
 
 inline constexpr u32 kADDRESS_WIDTH_UNKNOWN = 0;
