@@ -26,6 +26,7 @@ constexpr std::string_view kINTRODUCTION =
 
 constexpr std::string_view kCOMMANDS = "Sub-commands and options of the tool:\n"
                                        "  devices [NAME]            the devices, or one of them; --all, --json\n"
+                                       "  map FILE [SWITCHES]       the memories of an address map as a table\n"
                                        "  check FILE.bit SWITCHES   compare a bit file with a map and data\n"
                                        "  help [TOPIC...]           this text, or a switch in detail\n"
                                        "  --param NAME=on|off       set a parameter for this run; --params lists them\n"
@@ -52,6 +53,10 @@ constexpr CommandTopic kCOMMAND_TOPICS[] = {
                 "  The devices as a table, one of them with a drawing of its memory columns, or all\n"
                 "  records, location arrays and decode tables as JSON. --all: unlisted ones too.\n"
                 "  Example: lanefill devices tq7b100\n"},
+    {"map", "lanefill map FILE [SWITCHES]\n"
+            "  Reads an address map and prints its processors, spaces and memories as a table: the\n"
+            "  bits of the bus that each memory has, its words, its location. -p names the device.\n"
+            "  Example: lanefill map soc.bmm -p tq7b100\n"},
     {"param", "lanefill --param NAME=on|off ...\n"
               "  Sets a parameter of the host for this run. --params lists all of them.\n"
               "  Example: lanefill --param memdata.debugLegacyMessages=on -bm soc.bmm\n"},

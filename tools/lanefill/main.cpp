@@ -5,6 +5,7 @@
 #include "devices_command.h"
 #include "help_command.h"
 #include "hosts/standalone/standalone_host.h"
+#include "map_command.h"
 #include "run_command.h"
 
 #include <span>
@@ -67,6 +68,7 @@ int run(std::span<char* const> words) {
     if (words.empty()) return memdata::printIntroduction();
     const std::string_view command = words.front();
     if (command == "devices") return memdata::runDevicesCommand(words.subspan(1));
+    if (command == "map") return memdata::runMapCommand(words.subspan(1));
     if (command == "check") return memdata::runCheckCommand(words.subspan(1));
     if (command == "help") return memdata::runHelpCommand(words.subspan(1));
     std::vector<char*> others;
