@@ -127,6 +127,30 @@ int bringByte(fileIODescriptor* file) {
     return file->bufferPosition < file->textEnd ? 0 : kEND_MARK;
 }
 
+// Large blocks of binary files on disk pass by the buffer.
+bool comesFromDiskUnbuffered(const fileIODescriptor* file, u64 count) {
+    return file->stream != nullptr && !isText(file) && file->eofState == 0 && file->bufferPosition == file->bufferEnd &&
+           count >= file->bufferSize;
+}
+
+// Some of the bytes that follow the buffer's, straight to where they are wanted; *taken is their number.
+int takeUnbuffered(fileIODescriptor* file, char* bytes, u64 count, u64* taken) {
+    const i64 got = readSome(file, bytes, count);
+    if (got < 0) {
+        PrintError(kERROR_OPENING_FILE, 1, file->name);
+        return file->eofState = kREAD_FAILED;
+    }
+    if (got == 0) return file->eofState = kEND_OF_CONTENTS;
+    *taken = static_cast<u64>(got);
+    file->bufferBase += file->bufferPosition + *taken;
+    file->bufferPosition = 0;
+    file->bufferEnd = 0;
+    file->textLine = nullptr;
+    file->logicalSize = std::max(file->logicalSize, file->bufferBase);
+    markTextEnd(file, 0);
+    return 0;
+}
+
 bool isEnd(int status) {
     return status == kEND_OF_CONTENTS || status == kEND_MARK;
 }
@@ -221,11 +245,17 @@ int memdata::inputBlock(fileIODescriptor* file, char* bytes, u64 count) {
     if (refuseReading(file)) return kNOT_READABLE;
     file->status = 0;
     while (count > 0) {
-        file->status = bringByte(file);
-        if (file->status != 0) break;
-        const u64 taken = std::min(count, file->textEnd - file->bufferPosition);
-        std::memcpy(bytes, file->buffer + file->bufferPosition, taken);
-        file->bufferPosition += taken;
+        u64 taken = 0;
+        if (comesFromDiskUnbuffered(file, count)) {
+            file->status = takeUnbuffered(file, bytes, count, &taken);
+            if (file->status != 0) break;
+        } else {
+            file->status = bringByte(file);
+            if (file->status != 0) break;
+            taken = std::min(count, file->textEnd - file->bufferPosition);
+            std::memcpy(bytes, file->buffer + file->bufferPosition, taken);
+            file->bufferPosition += taken;
+        }
         bytes += taken;
         count -= taken;
     }

@@ -418,4 +418,24 @@ TEST_F(Reading, EveryFailedAllocationIsCleanedUp) {
     }
 }
 
+TEST_F(Reading, BlocksLargerThanTheBufferComeWholeAndInTheirPlace) {
+    std::string contents;
+    for (u32 i = 0; contents.size() < 500'000; ++i) contents += std::to_string(i * 2654435761U) + ",";
+    fileIODescriptor* file = open(folder.write("big.bin", contents), kBINARY_READ);
+    std::string block(300'000, '\0');
+    EXPECT_EQ(inputBlock(file, block.data(), 10), 0);
+    EXPECT_EQ(block.substr(0, 10), contents.substr(0, 10));
+    EXPECT_EQ(inputBlock(file, block.data(), 300'000), 0);
+    EXPECT_TRUE(block == contents.substr(10, 300'000));
+    EXPECT_EQ(GetFilePosition(file), 300'010u);
+    EXPECT_EQ(inputByte(file), static_cast<u8>(contents[300'010]));
+    const u64 left = contents.size() - 300'011;
+    EXPECT_EQ(inputBlock(file, block.data(), 300'000), kEND_OF_CONTENTS);
+    EXPECT_TRUE(block.substr(0, left) == contents.substr(300'011));
+    EXPECT_EQ(GetFilePosition(file), contents.size());
+    EXPECT_EQ(GetFileLogicalSize(file), contents.size());
+    EXPECT_EQ(inputByte(file), kEND_OF_CONTENTS);
+    Close_File(&file);
+}
+
 } // namespace
