@@ -24,6 +24,7 @@ struct MemoryImages {
 struct MemorySite {
     const MEMORYLocType* memory;
     u32 x, y;
+    bool operator==(const MemorySite&) const = default;
 };
 
 // All that exist of a type, by configuration column; typeIndex counts from the smallest.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BitFileUtils/bit_commands.h"
 #include "bit_file_test.h"
-#include "placed_map.h"
+#include "support/placed_map.h"
 
 using namespace memdata;
 using namespace memdata::testing;

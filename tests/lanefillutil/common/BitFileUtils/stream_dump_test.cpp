@@ -5,10 +5,10 @@
 #include "DeviceTableUtils/families.h"
 #include "DeviceTableUtils/frame_sizes.h"
 #include "FileUtils/FileUtils.h"
-#include "placed_map.h"
 #include "support/alerts.h"
 #include "support/bit_builder.h"
 #include "support/golden.h"
+#include "support/placed_map.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

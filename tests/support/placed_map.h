@@ -1,7 +1,7 @@
 // placed_map.h - maps whose lanes stand on memories of a device and hold data, for replacements and dumps.
 // SPDX-License-Identifier: Apache-2.0
-#ifndef MEMDATA_TESTS_PLACED_MAP_H
-#define MEMDATA_TESTS_PLACED_MAP_H
+#ifndef MEMDATA_TESTS_SUPPORT_PLACED_MAP_H
+#define MEMDATA_TESTS_SUPPORT_PLACED_MAP_H
 
 #include "BmmUtils/model/transform_buffers.h"
 #include "DeviceTableUtils/cross_coordinates.h"
