@@ -5,9 +5,9 @@
 #define MEMDATA_CMD_PARSE_UTILS_OPTION_READER_H
 
 #include "CmdParseUtils/keywords.h"
-#include "CmdParseUtils/list_appender.h"
 #include "ParseUtils/streams.h"
 #include "SystemUtils/alerts.h"
+#include "lanefillCore/records/list_appender.h"
 #include "lanefillCore/records/option_record.h"
 
 #include <string>

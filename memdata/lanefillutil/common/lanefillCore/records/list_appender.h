@@ -1,7 +1,7 @@
 // list_appender.h - appending to a list of the option record again and again, in linear time.
 // SPDX-License-Identifier: Apache-2.0
-#ifndef MEMDATA_CMD_PARSE_UTILS_LIST_APPENDER_H
-#define MEMDATA_CMD_PARSE_UTILS_LIST_APPENDER_H
+#ifndef MEMDATA_LANEFILL_CORE_RECORDS_LIST_APPENDER_H
+#define MEMDATA_LANEFILL_CORE_RECORDS_LIST_APPENDER_H
 
 #include "FileUtils/file_spec.h"
 #include "StringUtils/StringUtils.h"
