@@ -32,12 +32,9 @@ bool has_usual_addresses(const BitLaneGridElemType* element, const MEMORYLocType
     return words != 0 && element->wordCount == words && element->addressLow % words == 0;
 }
 
-// In quotes where it would not read back as one name.
 void put_file(AnnotatedText& text, std::string_view word, const fileSpecType* file) {
     if (file == nullptr) return;
-    const std::string_view name = file->fullName == nullptr ? "" : file->fullName;
-    const std::string_view quote = name.find_first_of(" \t;,=[]()#'") == name.npos ? "" : "\"";
-    text << word << quote << name << quote;
+    text << word << fileNameText(file->fullName == nullptr ? "" : file->fullName);
 }
 
 void put_location(AnnotatedText& text, const BitLaneType* lane) {

@@ -29,6 +29,12 @@ std::string memdata::addressText(u64 value) {
     return std::string(text.data(), text.size());
 }
 
+std::string memdata::fileNameText(std::string_view name) {
+    constexpr std::string_view kPLAIN = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-./:~";
+    const bool isPlain = name.find_first_not_of(kPLAIN) == name.npos && name.find("//") == name.npos;
+    return isPlain ? std::string(name) : "\"" + std::string(name) + "\"";
+}
+
 memdata::AnnotatedText& memdata::AnnotatedText::operator<<(u64 number) {
     std::array<char, 20> digits; // of 2^64 - 1
     const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);

@@ -15,6 +15,9 @@ namespace memdata {
 // The number in hexadecimal, upper case, 16 digits: "0X0000000000001000".
 std::string addressText(u64 value);
 
+// A file name as a map says it: in quotes where it would not read back as one name.
+std::string fileNameText(std::string_view name);
+
 class AnnotatedText {
 public:
     explicit AnnotatedText(fileIODescriptor* file) : file_(file) {}
