@@ -1,10 +1,8 @@
 // SymbolUtils_bench.cpp - what a symbol costs to insert and to look up, by the number of symbols.
 // SPDX-License-Identifier: Apache-2.0
 //
-// The table never grows: made for as many symbols as it holds, it has at most 4093 chains. Up to about 8000 symbols a
-// chain holds two on average, and a symbol costs the same whatever the count. From there on the chains grow with the
-// count: an insertion walks its whole chain (for the name may be there already), a look-up half of it, and every step
-// reads one entry from wherever it lies in memory. At 10^6 symbols that is a walk of 244 entries.
+// The table never grows: made for as many symbols as it holds, it has at most 4093 chains, which hold two on average up
+// to about 8000 symbols. Beyond, its index keeps the cost of a symbol level, but for what the cache no longer holds.
 #include "SymbolUtils/SymbolUtils.h"
 #include "SystemUtils/lifetime.h"
 

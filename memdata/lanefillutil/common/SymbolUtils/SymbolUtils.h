@@ -15,7 +15,14 @@
 
 using SymbolReleaserType = void (*)(void*);
 
-struct symbol_link;
+struct symbol_entry;
+struct symbol_table;
+
+struct symbol_link {
+    symbol_link** owner;
+    symbol_link* next;
+    symbol_entry* entry;
+};
 
 struct symbol_entry {
     symbol_entry** owner; // the pointer that points at this entry
@@ -25,18 +32,19 @@ struct symbol_entry {
     u32 scope;
     void* value;
     SymbolReleaserType releaser; // may be null
-    char name[1];                // the whole name stands here, terminated
-};
 
-struct symbol_link {
-    symbol_link** owner;
-    symbol_link* next;
-    symbol_entry* entry;
+    // Ours, ahead of the name, which takes the rest of the block.
+    symbol_link ownLink;      // what link points at
+    symbol_table* table;      // that holds the entry
+    symbol_entry* nextInSlot; // in the table's index
+    u32 slotHash;             // of name, space and scope; both only while the table has an index
+
+    char name[1]; // the whole name stands here, terminated
 };
 
 struct symbol_table {
     u32 size;
-    symbol_entry* buckets[1]; // size heads
+    symbol_entry* buckets[1]; // size heads; what the table keeps for itself stands behind them
 };
 
 struct symbol_context {
@@ -57,7 +65,9 @@ extern u32 symbol_scope_seed;
 u32 hash(const char* name, u32 size);
 
 // A table that is never resized: its size is the largest entry of primes_under_4096 below max(expectedSymbols, 26) / 2,
-// 4093 at most. Chains hold two symbols on average at the expected number, and grow with every further one.
+// 4093 at most. Chains hold two symbols on average at the expected number, and grow with every further one. From twice
+// that number on an index beside the chains leads to the symbols of a space, so that a symbol costs the same whatever
+// their number; a search with a space of 0 walks its chain.
 symbol_table* create_symbol_table(unsigned expectedSymbols);
 // Deletes all symbols with their releasers, frees the table and nulls the pointer. Contexts over it end up empty.
 void delete_symbol_table(symbol_table** table);

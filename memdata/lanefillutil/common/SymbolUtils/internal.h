@@ -5,7 +5,16 @@
 
 #include "SymbolUtils/SymbolUtils.h"
 
+#include <cstddef>
+
 namespace memdata {
+
+// The name reaches behind the record as it is declared.
+inline const char* symbolName(const symbol_entry* entry) {
+    return reinterpret_cast<const char*>(entry) + offsetof(symbol_entry, name);
+}
+// Whether an entry is what a name in a scope of a space stands for; in a space of 0 the name alone counts.
+bool isSymbol(const symbol_entry* entry, const char* name, u32 space, u32 scope);
 
 // Puts an entry at the head of its scope's list, through the link that it holds for this.
 void enterSymbolLink(symbol_entry* entry, symbol_link** list);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SymbolUtils/SymbolUtils.h"
 
+#include "SymbolUtils/index.h"
 #include "SymbolUtils/internal.h"
 #include "SymbolUtils/table_sizes.h"
 #include "SystemUtils/alerts.h"
@@ -10,15 +11,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <new>
+
+using namespace memdata;
 
 namespace {
 
 constexpr unsigned kLEAST_EXPECTED_SYMBOLS = 26;
-
-const char* entry_name(const symbol_entry* entry) {
-    return reinterpret_cast<const char*>(entry) + offsetof(symbol_entry, name);
-}
 
 bool stands_in(const symbol_entry* entry, u32 space, u32 scope) {
     return space == 0 || (entry->space == space && entry->scope == scope);
@@ -30,22 +28,28 @@ symbol_entry** bucket_head(symbol_table* table, u32 index) {
 
 // Where the chain of a name points at its entry, or where it ends. On the way from entry to entry this is also the
 // pointer that the entry's owner field names.
-symbol_entry** find_place(const char* name, symbol_table* table, u32 space, u32 scope) {
-    symbol_entry** place = bucket_head(table, hash(name, table->size));
-    while (*place != nullptr && !(stands_in(*place, space, scope) && std::strcmp(entry_name(*place), name) == 0))
-        place = &(*place)->next;
+symbol_entry** find_place(const char* name, symbol_table* table, u32 bucket, u32 space, u32 scope) {
+    symbol_entry** place = bucket_head(table, bucket);
+    while (*place != nullptr && !isSymbol(*place, name, space, scope)) place = &(*place)->next;
     return place;
 }
 
-// Behind the name stands the link that the entry takes when it comes to stand in a scope.
-size_t link_offset(const char* name) {
-    const size_t bytes = std::max(sizeof(symbol_entry), offsetof(symbol_entry, name) + std::strlen(name) + 1);
-    return (bytes + alignof(symbol_link) - 1) / alignof(symbol_link) * alignof(symbol_link);
+bool is_indexed(const SymbolIndexType* index, u32 space) {
+    return index->slotCount != 0 && space != 0;
+}
+
+// The end of the chain where a name is to be entered; null when the scope has it already.
+symbol_entry** find_end(const char* name, symbol_table* table, u32 bucket, u32 space, u32 scope) {
+    const SymbolIndexType* index = indexOf(table);
+    if (is_indexed(index, space))
+        return findIndexed(index, name, space, scope) == nullptr ? index->ends[bucket] : nullptr;
+    symbol_entry** place = find_place(name, table, bucket, space, scope);
+    return *place == nullptr ? place : nullptr;
 }
 
 symbol_entry* create_entry(const char* name) {
     const size_t nameBytes = std::strlen(name) + 1;
-    const size_t bytes = link_offset(name) + sizeof(symbol_link);
+    const size_t bytes = std::max(sizeof(symbol_entry), offsetof(symbol_entry, name) + nameBytes);
     auto* entry = static_cast<symbol_entry*>(getMemory("a 'symbol_entry' record", bytes));
     if (entry == nullptr) return nullptr;
     std::memcpy(reinterpret_cast<char*>(entry) + offsetof(symbol_entry, name), name, nameBytes);
@@ -54,8 +58,13 @@ symbol_entry* create_entry(const char* name) {
 
 } // namespace
 
+bool memdata::isSymbol(const symbol_entry* entry, const char* name, u32 space, u32 scope) {
+    return stands_in(entry, space, scope) && std::strcmp(symbolName(entry), name) == 0;
+}
+
 void memdata::enterSymbolLink(symbol_entry* entry, symbol_link** list) {
-    auto* link = new (reinterpret_cast<char*>(entry) + link_offset(entry_name(entry))) symbol_link{list, *list, entry};
+    symbol_link* link = &entry->ownLink;
+    *link = {list, *list, entry};
     if (link->next != nullptr) link->next->owner = &link->next;
     *list = link;
     entry->link = link;
@@ -68,6 +77,7 @@ void memdata::leaveSymbolLink(symbol_link* link) {
 }
 
 void* memdata::extractSymbolEntry(symbol_entry* entry) {
+    removeFromIndex(entry);
     *entry->owner = entry->next;
     if (entry->next != nullptr) entry->next->owner = entry->owner;
     if (entry->link != nullptr) leaveSymbolLink(entry->link);
@@ -98,8 +108,7 @@ symbol_table* create_symbol_table(unsigned expectedSymbols) {
     // The terminator is no size: it is not searched.
     const auto above = std::lower_bound(primes_under_4096.begin(), primes_under_4096.end() - 1, bound);
     const u32 size = *(above - 1);
-    auto* table = static_cast<symbol_table*>(
-        getMemory("a 'symbol_table' record", offsetof(symbol_table, buckets) + size * sizeof(void*)));
+    auto* table = static_cast<symbol_table*>(getMemory("a 'symbol_table' record", symbolTableBytes(size)));
     if (table != nullptr) table->size = size;
     return table;
 }
@@ -108,8 +117,9 @@ void delete_symbol_table(symbol_table** table) {
     if (table == nullptr || *table == nullptr) return;
     symbol_table* old = *table;
     *table = nullptr;
+    dropIndex(old); // no need to keep it up to date
     for (u32 i = 0; i < old->size; ++i)
-        while (*bucket_head(old, i) != nullptr) memdata::deleteSymbolEntry(*bucket_head(old, i));
+        while (*bucket_head(old, i) != nullptr) deleteSymbolEntry(*bucket_head(old, i));
     releaseMemory(old);
 }
 
@@ -128,33 +138,38 @@ symbol_entry* insert_symbol(
         PrintInternalError(kERROR_MESSAGE_STRING, 3, "A symbol was to be entered without a name or without a table.");
         return nullptr;
     }
-    symbol_entry** place = find_place(name, table, space, scope);
-    if (*place != nullptr) return nullptr;
-    // An entry of the same name in another scope may follow; the end of the chain is behind it.
+    const u32 bucket = hash(name, table->size);
+    symbol_entry** end = find_end(name, table, bucket, space, scope);
+    if (end == nullptr || !makeRoomInIndex(table)) return nullptr;
     symbol_entry* entry = create_entry(name);
     if (entry == nullptr) return nullptr;
-    entry->owner = place;
+    entry->owner = end;
+    entry->table = table;
     entry->space = space;
     entry->scope = scope;
     entry->value = value;
     entry->releaser = releaser;
-    *place = entry;
+    *end = entry;
+    enterInIndex(table, entry, bucket);
     return entry;
 }
 
 void delete_symbol(const char* name, symbol_table* table, u32 space, u32 scope) {
     symbol_entry* entry = lookup_symbol(name, table, space, scope);
-    if (entry != nullptr) memdata::deleteSymbolEntry(entry);
+    if (entry != nullptr) deleteSymbolEntry(entry);
 }
 
 void* extract_symbol(const char* name, symbol_table* table, u32 space, u32 scope) {
     symbol_entry* entry = lookup_symbol(name, table, space, scope);
-    return entry == nullptr ? nullptr : memdata::extractSymbolEntry(entry);
+    return entry == nullptr ? nullptr : extractSymbolEntry(entry);
 }
 
 symbol_entry* lookup_symbol(const char* name, const symbol_table* table, u32 space, u32 scope) {
     if (name == nullptr || table == nullptr) return nullptr;
-    return *find_place(name, const_cast<symbol_table*>(table), space, scope); // the place is read only
+    auto* readOnly = const_cast<symbol_table*>(table);
+    const SymbolIndexType* index = indexOf(readOnly);
+    if (is_indexed(index, space)) return findIndexed(index, name, space, scope);
+    return *find_place(name, readOnly, hash(name, table->size), space, scope);
 }
 
 symbol_entry* enter_symbol(

@@ -12,9 +12,8 @@ void delete_MEMORY_extended_types();
 
 namespace {
 
-// Names of a mapping. The table never grows: this asks for its largest size, whose chains hold two dozen names in a map
-// of 100,000 lanes, where a table for 1,000 names would have chains of two hundred.
-constexpr unsigned kEXPECTED_SYMBOLS = 10'000;
+// Names of a mapping. Tables index what goes beyond: a map of 100,000 lanes needs no larger one.
+constexpr unsigned kEXPECTED_SYMBOLS = 1000;
 
 // Everything of the mapping; the user memory types are the process's.
 void release_mapping(AddressMappingType* mapping) {

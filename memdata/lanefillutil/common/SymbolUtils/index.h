@@ -1,0 +1,40 @@
+// index.h - the way to a symbol of a table that holds far more of them than it was made for.
+// SPDX-License-Identifier: Apache-2.0
+//
+// A table keeps its size, so chains grow with the number of symbols, and a step along a chain is a cache miss. A table
+// that holds twice as many symbols as it was made for gets an index beside its chains: growing slots over name, space
+// and scope, and the ends of the chains. The chains stay what they are, in contents and order; smaller tables pay
+// nothing.
+#ifndef MEMDATA_SYMBOL_UTILS_INDEX_H
+#define MEMDATA_SYMBOL_UTILS_INDEX_H
+
+#include "SymbolUtils/SymbolUtils.h"
+
+namespace memdata {
+
+// Stands behind the last bucket head of a table.
+struct SymbolIndexType {
+    u32 symbolCount;      // of the whole table
+    u32 slotCount;        // a power of two, not below symbolCount; 0 while there is no index
+    symbol_entry** slots; // heads of chains along symbol_entry::nextInSlot
+    symbol_entry*** ends; // per bucket: the null that ends its chain
+};
+
+// Bytes of a table record with its index's.
+size_t symbolTableBytes(u32 size);
+SymbolIndexType* indexOf(symbol_table* table);
+
+// The entry of a name in a scope of a space, which is not 0; null for none. Only while there is an index.
+symbol_entry* findIndexed(const SymbolIndexType* index, const char* name, u32 space, u32 scope);
+// Ahead of one more symbol: begins or widens the index where it is time to. False when there is no memory.
+bool makeRoomInIndex(symbol_table* table);
+// Counts an entry that was put at the end of the chain of a bucket, and enters it where there is an index.
+void enterInIndex(symbol_table* table, symbol_entry* entry, u32 bucket);
+// Ahead of taking an entry out of its chain.
+void removeFromIndex(symbol_entry* entry);
+// The table is as before its first makeRoomInIndex, but for the count.
+void dropIndex(symbol_table* table);
+
+} // namespace memdata
+
+#endif
