@@ -103,11 +103,11 @@ int translateDataFile(LNF_DataFile* file, BDSwitchDataType* request, AddressMapp
 int open_data_file(fileSpecType* spec, const char* macroDefines, unsigned flags, LNF_DataFile** file) {
     *file = nullptr;
     if (spec->format == kBIT_FORMAT || spec->format == kRBT_FORMAT) {
-        ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-294@");
+        ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-294@%s", spec->fullName);
         return 1;
     }
     if (!isDataFormat(spec->format)) {
-        ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-295@");
+        ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-295@%s", spec->fullName);
         return 1;
     }
     LNF_DataFile* reader = nullptr;

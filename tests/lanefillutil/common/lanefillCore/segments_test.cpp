@@ -333,13 +333,13 @@ protected:
 TEST_F(OpenDataFile, ABitFileIsNoDataFile) {
     EXPECT_EQ(open("top.bit"), 1);
     EXPECT_EQ(open("top.rbt"), 1);
-    EXPECT_THAT(messages.text(), HasSubstr("28-294"));
+    EXPECT_THAT(messages.text(), HasSubstr("28-294 top.bit"));
 }
 
 TEST_F(OpenDataFile, AnUnknownFormatIsNoDataFile) {
     EXPECT_EQ(open("readme.txt"), 1);
     EXPECT_EQ(open("noextension"), 1);
-    EXPECT_THAT(messages.text(), HasSubstr("28-295"));
+    EXPECT_THAT(messages.text(), HasSubstr("28-295 readme.txt"));
 }
 
 // The map is made undisturbed for each run; only what follows meets the failing allocation.
