@@ -7,12 +7,12 @@
 #include "lanefillCore/lanes/bus_blocks.h"
 #include "lanefillCore/lanes/ecc_codes.h"
 #include "lanefillCore/mem_writer.h"
+#include "simulator.h"
 #include "support/map_builder.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <map>
 #include <random>
 #include <sstream>
@@ -25,10 +25,6 @@ namespace {
 using Bytes = std::vector<u8>;
 
 constexpr u64 kMODEL_WORDS = 64; // that the segments of these tests reach
-
-bool hasSimulator() {
-    return std::system("command -v iverilog >/dev/null 2>&1 && command -v vvp >/dev/null 2>&1") == 0;
-}
 
 // What a lane's memory is to the simulator.
 struct ModelLane {
@@ -57,24 +53,15 @@ std::string model(const std::vector<ModelLane>& lanes) {
 using LoadedWords = std::vector<std::vector<std::string>>;
 
 LoadedWords load(const TemporaryFolder& folder, const std::vector<ModelLane>& lanes) {
-    const std::string source = folder.write("lanes.v", model(lanes));
-    const std::string program = folder.file("lanes.vvp");
-    const std::string output = folder.file("words.txt");
-    const std::string command = "iverilog -o '" + program + "' '" + source + "' && vvp '" + program + "' > '" + output +
-                                "' 2>'" + output + ".err'";
-    EXPECT_EQ(std::system(command.c_str()), 0);
-    EXPECT_EQ(readFile(output + ".err"), "");
     LoadedWords words(lanes.size(), std::vector<std::string>(kMODEL_WORDS));
-    std::istringstream lines(readFile(output));
-    std::string line;
-    while (std::getline(lines, line)) {
+    for (const std::string& line : simulate(folder, model(lanes))) {
         size_t lane = 0;
         size_t index = 0;
         std::string digits;
         std::istringstream fields(line);
         if (fields >> lane >> index >> digits && lane < words.size() && index < kMODEL_WORDS)
             words[lane][index] = digits;
-        else if (line.find("Not enough words") == line.npos) // the simulator's remark on a part of a memory
+        else
             ADD_FAILURE() << line;
     }
     return words;
