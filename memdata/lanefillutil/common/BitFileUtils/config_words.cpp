@@ -115,14 +115,14 @@ int copyPacket(StreamWalk& walk, u32 commandWord) {
     return status;
 }
 
-int passRest(StreamWalk& walk) {
+int passRest(StreamWalk& walk, bool isCopied) {
     while (*walk.remaining > 0) {
         u8 byte = 0;
         const int status = ReadByte(walk.input, &byte);
         if (status == kEND_OF_CONTENTS) return streamEndsEarly(walk, *walk.remaining);
         if (status != 0) return status;
         --*walk.remaining;
-        if (walk.copies())
+        if (isCopied)
             if (int written = WriteByte(walk.output, byte); written != 0) return written;
     }
     return 0;
@@ -142,7 +142,7 @@ int passToSyncWord(StreamWalk& walk) {
             status = PutNextLine(walk.dump, "Write of NOP command word 0x%08lX.\n\n", value);
         if (status != 0) return status;
     }
-    return passRest(walk);
+    return passRest(walk, walk.copies() && (walk.flags & kWALK_DROP_SYNC) == 0);
 }
 
 int passAutoCRCWord(StreamWalk& walk, u32 first) {

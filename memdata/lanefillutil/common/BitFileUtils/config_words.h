@@ -33,8 +33,8 @@ int passToSyncWord(StreamWalk& walk);
 // The Auto CRC word behind a burst, of which first has been read: exchanged in a copy, compared in a dump.
 int passAutoCRCWord(StreamWalk& walk, u32 first);
 
-// Bytes at the end of the stream that are fewer than a word: copied as they are.
-int passRest(StreamWalk& walk);
+// Bytes at the end of the stream that are fewer than a word.
+int passRest(StreamWalk& walk, bool isCopied);
 
 } // namespace memdata
 

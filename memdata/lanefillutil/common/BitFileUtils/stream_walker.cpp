@@ -103,7 +103,7 @@ int walkStream(StreamWalk& walk) {
         if (*walk.remaining == 0) break;
         if (int status = walkSegment(walk); status != 0) return status;
         if (*walk.remaining < walk.family().configWordBytes)
-            if (int status = passRest(walk); status != 0) return status;
+            if (int status = passRest(walk, walk.copies()); status != 0) return status;
     }
     return 0;
 }

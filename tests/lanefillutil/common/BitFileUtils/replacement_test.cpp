@@ -20,7 +20,7 @@ struct Case {
 const Case kCASES[] = {{"tq1a8"}, {"tq1e8"}, {"td2a4"}, {"td2e8"}, {"td2e36"}, {"tq2a4"}, {"tq2a4", true}, {"tq2p8"},
     {"tq2p8", true}, {"tq4a32"}, {"tq4a32", true}, {"tq5a4"}, {"tq5a4", true, 1}, {"tq6a10"}, {"tq6a10", true, 1},
     {"tq7a7"}, {"tq7a7", true, 1}, {"tp7a11", true, 1}, {"td3c4"}, {"td3c4", true}, {"td3e4"}, {"td3a16"},
-    {"td3a16", true}, {"td6a24"}, {"td6a24", true}};
+    {"td3a16", true}, {"td6a24"}, {"td6a24", true}, {"tq2p360", true, 0}}; // no offset: its first burst is block RAM
 
 BitRecipe recipeOf(const Case& c) {
     return {.device = c.device, .separateBram = c.separate, .clbFrames = c.clbFrames};

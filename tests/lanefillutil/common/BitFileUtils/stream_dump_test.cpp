@@ -456,6 +456,27 @@ TEST_F(StreamDump, TheOffsetBySignatureIsInWholeFrames) {
     EXPECT_THAT(alerts.text(), ::testing::HasSubstr("'Tarsel-II'"));
 }
 
+TEST_F(StreamDump, SpoiltStreamsEndWithAStatus) {
+    std::mt19937 random(6);
+    for (const char* name : {"tq1a8", "tq2a4", "td3a16", "td6a24"}) {
+        use(name);
+        const MadeBit made = makeBit({.device = name, .separateBram = true, .clbFrames = 1});
+        PlacedMap map(name);
+        map.addOfEveryKind(2);
+        std::vector<size_t> controlBytes; // outside of the data of bursts
+        for (const StreamPiece& piece : takeApart(made.device, made.stream))
+            for (size_t at = 0; at < piece.size; ++at)
+                if (!piece.isBurst() || piece.offset + at < piece.dataOffset) controlBytes.push_back(piece.offset + at);
+        for (int i = 0; i < 30; ++i) {
+            Bytes bytes = made.stream;
+            bytes[controlBytes[random() % controlBytes.size()]] = static_cast<u8>(random());
+            bytes.resize(i % 2 == 0 ? bytes.size() : random() % bytes.size());
+            dumpOf(bytes, 0x11 | (random() & 0x42), map.get());
+            EXPECT_TRUE(status == 0 || status == 2 || status == 4) << status;
+        }
+    }
+}
+
 // Every register of every family, written and read: the text is kept in a file each.
 
 namespace {
