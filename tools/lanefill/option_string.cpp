@@ -13,7 +13,7 @@ enum class Operands {
     kRAW,         // option text
     kFILE,        // a file, then option text
     kLETTER_FILE, // letters, a file, then option text
-    kPATHS,       // folders up to the next switch; the first may touch the switch
+    kPATHS,       // a list of folders, which may touch the switch, then option text
     kXML,         // a text in quotes, then option text
 };
 
@@ -116,9 +116,19 @@ bool isPlainName(std::string_view word) {
            std::ranges::all_of(word, [](char c) { return isLetterOrDigit(c) || c == '_' || c == '.' || c == '/'; });
 }
 
-// A name that the caller has quoted for the option language, or that stands for all files of the design.
-bool isOptionText(std::string_view word) {
-    return word == "*" || (word.size() >= 2 && word.front() == '"' && word.back() == '"');
+std::string nameText(std::string_view word) {
+    return isPlainName(word) ? std::string(word) : quotedName(word);
+}
+
+// Folders of a list, parted by ";" or ":", each in quotes of its own: quotes around a list would make it one name.
+std::string foldersText(std::string_view list) {
+    std::string text;
+    for (size_t mark = 0; mark != list.npos; list.remove_prefix(mark == list.npos ? 0 : mark + 1)) {
+        mark = list.find_first_of(";:");
+        if (const std::string_view folder = list.substr(0, mark); !folder.empty())
+            text += (text.empty() ? "" : ";") + nameText(folder);
+    }
+    return text.empty() ? "\"\"" : text;
 }
 
 class Joiner {
@@ -133,7 +143,25 @@ private:
     }
     bool addName_(std::string_view word) {
         if (!canBeName(word)) return false;
-        add_(isOptionText(word) || isPlainName(word) ? std::string(word) : quotedName(word));
+        add_(nameText(word));
+        return true;
+    }
+    bool addFolders_(std::string_view word) {
+        if (!canBeName(word)) return false;
+        add_(foldersText(word));
+        return true;
+    }
+    bool addSwitch_(std::string_view word, Operands* expected) {
+        const SwitchOperands* known = operandsOf(word);
+        *expected = known != nullptr ? known->operands : Operands::kRAW;
+        const bool hasFolders = known == nullptr && word.starts_with("-I"); // they touch the switch
+        add_(hasFolders ? "-I" : word);
+        return !hasFolders || addFolders_(word.substr(2));
+    }
+    bool addOperand_(std::string_view word, Operands kind) {
+        if (kind == Operands::kFILE) return addName_(word);
+        if (kind == Operands::kPATHS) return addFolders_(word);
+        add_(kind == Operands::kXML ? quotedText(word) : word);
         return true;
     }
 
@@ -142,29 +170,12 @@ private:
 
 bool Joiner::join(std::span<char* const> words, std::string* refused) {
     Operands expected = Operands::kRAW;
-    for (const char* argument : words) {
-        const std::string_view word = argument;
+    for (const char* word : words) {
         bool isSound = true;
         if (looksLikeSwitch(word)) {
-            const SwitchOperands* known = operandsOf(word);
-            expected = known != nullptr ? known->operands : Operands::kRAW;
-            if (word.size() > 2 && word.starts_with("-I")) { // a folder touches its switch
-                add_("-I");
-                expected = Operands::kPATHS;
-                isSound = addName_(word.substr(2));
-            } else {
-                add_(word);
-            }
-        } else if (expected == Operands::kFILE) {
-            isSound = addName_(word);
-            expected = Operands::kRAW;
-        } else if (expected == Operands::kPATHS) {
-            isSound = addName_(word);
-        } else if (expected == Operands::kXML) {
-            add_(quotedText(word));
-            expected = Operands::kRAW;
+            isSound = addSwitch_(word, &expected);
         } else {
-            add_(word);
+            isSound = addOperand_(word, expected);
             expected = expected == Operands::kLETTER_FILE ? Operands::kFILE : Operands::kRAW;
         }
         if (!isSound) {
