@@ -370,28 +370,4 @@ TEST_F(DevicesJson, DecodeTablesGiveRowsAndTheirBits) {
     EXPECT_EQ(json_["decodeTables"]["T5_18LowerDecodeTable"]["bits"].MemberCount(), 2u);
 }
 
-// The tool.
-
-TEST(Tool, WithoutACommandItSaysThatItHasNoCommandLine) {
-    for (const char* words : {"", "-bm a.bmm", "frobnicate"}) {
-        const Result result = run(words);
-        EXPECT_EQ(result.status, 1) << words;
-        EXPECT_EQ(result.text, "lanefill: this build has no command line yet; 'lanefill help' tells what it can do\n");
-    }
-}
-
-TEST(Tool, HelpTellsWhatItCanDo) {
-    const Result result = run("help");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.text, HasSubstr("lanefill devices "));
-}
-
-TEST(Tool, HelpThatCanNotBeWrittenIsAnError) {
-    for (const char* words : {"help > /dev/full", "--help > /dev/full", "help >&-"}) {
-        const Result result = run(words);
-        EXPECT_EQ(result.status, 1) << words;
-    }
-    EXPECT_EQ(run("help > /dev/full").text, "lanefill: standard output can not be written\n");
-}
-
 } // namespace

@@ -13,6 +13,8 @@ struct ToolResult {
     int status = -1; // of the exit; 128 and the signal's number for a program that a signal ended
     std::string out; // standard output
     std::string err; // standard error
+
+    std::string all() const { return out + err; }
 };
 
 // How a program is started. No shell is in between: words reach it as they are.

@@ -7,7 +7,12 @@
 namespace memdata {
 
 int print(std::string_view text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return 0;
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    return finishPrinting(0);
+}
+
+int finishPrinting(int status) {
+    if ((std::fflush(stdout) == 0 && std::ferror(stdout) == 0) || status != 0) return status;
     printError("standard output can not be written");
     return 1;
 }

@@ -36,7 +36,7 @@ constexpr std::string_view kCOMMANDS = "Sub-commands and options of the tool:\n"
 
 constexpr std::string_view kCLOSING =
     "\n"
-    "The exit status is 0 when all was done, else that of the failure, which is told on standard error.\n"
+    "The exit status is 0 when all was done, else that of the failure, which a message explains.\n"
     "Existing files are kept unless -w is given. 'lanefill help SWITCH' has the details.\n";
 
 struct CommandTopic {
@@ -60,6 +60,16 @@ constexpr CommandTopic kCOMMAND_TOPICS[] = {
     {"param", "lanefill --param NAME=on|off ...\n"
               "  Sets a parameter of the host for this run. --params lists all of them.\n"
               "  Example: lanefill --param memdata.debugLegacyMessages=on -bm soc.bmm\n"},
+    {"params", "lanefill --params\n"
+               "  The parameters of the host with their defaults, and what each of them does.\n"
+               "  Example: lanefill --params\n"},
+    {"help", "lanefill help [TOPIC...], lanefill --help\n"
+             "  The switches and sub-commands in a list, or some of them in detail. A topic is a\n"
+             "  switch, with or without its dash, or a sub-command.\n"
+             "  Example: lanefill help bx devices\n"},
+    {"version", "lanefill --version\n"
+                "  The version of the tool.\n"
+                "  Example: lanefill --version\n"},
 };
 
 // Null for a word that is neither a sub-command nor a switch.
@@ -90,11 +100,12 @@ int printParameters() {
 }
 
 int runHelpCommand(std::span<char* const> words) {
-    if (words.empty())
-        return print(
-            std::string(kINTRODUCTION) + "\n" + std::string(kCOMMANDS) + helpOverview() + std::string(kCLOSING));
-    int status = 0;
     std::string text;
+    if (words.empty()) {
+        text.append(kINTRODUCTION).append("\n").append(kCOMMANDS).append(helpOverview()).append(kCLOSING);
+        return print(text);
+    }
+    int status = 0;
     for (const char* word : words) {
         const std::string topic = topicText(word);
         if (topic.empty()) {

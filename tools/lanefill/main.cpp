@@ -8,6 +8,7 @@
 #include "map_command.h"
 #include "run_command.h"
 
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -64,16 +65,30 @@ int takeOwnWords(std::span<char* const> words, std::vector<char*>& others) {
     return -1;
 }
 
+// Whether the words are those of a sub-command, which they are then given to.
+bool runSubCommand(std::span<char* const> words, int* status) {
+    const std::string_view command = words.front();
+    if (command == "devices")
+        *status = memdata::runDevicesCommand(words.subspan(1));
+    else if (command == "map")
+        *status = memdata::runMapCommand(words.subspan(1));
+    else if (command == "check")
+        *status = memdata::runCheckCommand(words.subspan(1));
+    else if (command == "help")
+        *status = memdata::runHelpCommand(words.subspan(1));
+    else
+        return false;
+    return true;
+}
+
 int run(std::span<char* const> words) {
     if (words.empty()) return memdata::printIntroduction();
-    const std::string_view command = words.front();
-    if (command == "devices") return memdata::runDevicesCommand(words.subspan(1));
-    if (command == "map") return memdata::runMapCommand(words.subspan(1));
-    if (command == "check") return memdata::runCheckCommand(words.subspan(1));
-    if (command == "help") return memdata::runHelpCommand(words.subspan(1));
+    int status = 0;
+    if (runSubCommand(words, &status)) return status; // its words are its own
     std::vector<char*> others;
-    if (int status = takeOwnWords(words, others); status >= 0) return status;
+    if (status = takeOwnWords(words, others); status >= 0) return status;
     if (others.empty()) return memdata::printIntroduction();
+    if (runSubCommand(others, &status)) return status;
     if (others.front()[0] != '-') {
         printError("'" + std::string(others.front()) +
                    "' is no sub-command; files follow a switch: -bm for an address map, -bd for a data file, -bt for a "

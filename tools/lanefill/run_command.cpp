@@ -26,18 +26,18 @@ void tellWhatWasLeft() {
                    "'lanefill --help' shows examples");
         return;
     }
-    if (report.segments != 0 && !report.namesOutput) {
-        printError("the data was translated, but nothing was written: -bx FOLDER writes MEM files, -o p FILE the map, "
-                   "-bt FILE with -o b FILE a bit file");
-        return;
-    }
-    if (report.segments != 0 && report.unmappedSegments == report.segments)
+    if (report.segments != 0 && report.unmappedSegments == report.segments) {
         printError("no data was translated: no ADDRESS_SPACE holds " + report.firstUnmapped +
                    (report.segments > 1 ? ", nor any other segment" : ""));
-    else if (report.unmappedSegments != 0 && !report.ignoresUnmapped)
+        return;
+    }
+    if (report.unmappedSegments != 0 && !report.ignoresUnmapped)
         printError(std::to_string(report.unmappedSegments) + " of " + std::to_string(report.segments) +
                    " segments are in no ADDRESS_SPACE and were left out, first " + report.firstUnmapped +
                    " (-i: leave them out without a word)");
+    if (report.segments != 0 && !report.namesOutput)
+        printError("the data was translated, but nothing was written: -bx FOLDER writes MEM files, -o p FILE the map, "
+                   "-bt FILE with -o b FILE a bit file");
 }
 
 int execute(const std::string& text) {
@@ -47,7 +47,7 @@ int execute(const std::string& text) {
     bar.finish();
     if (run.status == kHELP_WANTED) return print(run.help);
     if (run.status == 0) tellWhatWasLeft();
-    return exitStatusOf(run.status);
+    return finishPrinting(exitStatusOf(run.status));
 }
 
 } // namespace
