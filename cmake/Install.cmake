@@ -1,14 +1,20 @@
-# Where things go: the shared library, its headers, a CMake package and a pkg-config file.
+# Where things go: the shared library, its headers, a CMake package, a pkg-config file; the tool, its manual page and
+# completion; the documents.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS memdata_shared EXPORT memdataTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 if(TARGET lanefill)
     install(TARGETS lanefill RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(FILES docs/lanefill.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES tools/lanefill/lanefill.bash RENAME lanefill
+            DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions)
 endif()
 install(DIRECTORY memdata DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
         FILES_MATCHING PATTERN "*.h" PATTERN "*.def" PATTERN "internal.h" EXCLUDE PATTERN "elf_image.h" EXCLUDE)
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(EXPORT memdataTargets NAMESPACE memdata:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/memdata)
 
 configure_package_config_file(cmake/memdataConfig.cmake.in memdataConfig.cmake
