@@ -70,15 +70,13 @@ TEST_F(Options, HelpWithoutATopicListsAllSwitches) {
         EXPECT_NE(text.find("  " + std::string(topic.syntax)), std::string::npos) << topic.name;
 }
 
-// Examples are what users paste. Those of files that must exist and of the compact language are not run here.
+// Examples are what users paste. Those of files that must exist are not run here.
 TEST_F(Options, ExamplesAreGoodOptions) {
     const TemporaryFolder folder;
     const std::filesystem::path old = std::filesystem::current_path();
     std::filesystem::current_path(folder.path());
     for (const HelpTopic& topic : allHelpTopics()) {
-        if (topic.name == "f" || topic.name == "mf" || topic.name == "dataset" || topic.name == "bm" ||
-            topic.name == "mx")
-            continue;
+        if (topic.name == "f" || topic.name == "dataset" || topic.name == "bm" || topic.name == "mx") continue;
         const bool stops = topic.name == "h" || topic.name == "msg" || topic.name == "msgc";
         const int status = parse(std::string(topic.example));
         EXPECT_EQ(status == -1 || status == -2, stops) << topic.name;
