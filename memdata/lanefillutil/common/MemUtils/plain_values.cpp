@@ -29,7 +29,8 @@ constexpr std::array<u8, 256> kDIGITS = [] {
 class BitAppender {
 public:
     BitAppender(u8* at, u64 bitOffset)
-        : at_(at), pending_(bitOffset == 0 ? 0 : *at >> (8 - bitOffset)), pendingBits_(static_cast<u32>(bitOffset)) {}
+        : at_(at), pending_(bitOffset == 0 ? 0 : u64{*at} >> (8 - bitOffset)),
+          pendingBits_(static_cast<u32>(bitOffset)) {}
     BitAppender& operator=(BitAppender&&) = delete; // neither copied nor moved
 
     // bits: up to 32
