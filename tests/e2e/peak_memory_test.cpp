@@ -6,10 +6,15 @@
 #include "support/tool_run.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <string>
 
 namespace memdata::testing {
 namespace {
+
+// A small program starts the tool: the memory of this one, which a child has until its own program begins, counts too.
+constexpr char kMEASURE[] = "import resource, subprocess, sys\n"
+                            "subprocess.run(sys.argv[1:], check=True, stdout=subprocess.DEVNULL)\n"
+                            "print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)\n";
 
 TEST(PeakMemory, OfATranslationIsTheFileOnceAndItsLanes) {
 #ifdef __SANITIZE_ADDRESS__
@@ -21,11 +26,12 @@ TEST(PeakMemory, OfATranslationIsTheFileOnceAndItsLanes) {
     folder.write("soc.bmm", "ADDRESS_SPACE ram MEMORY [0:0x1FFFFFF]\n"
                             "  BUS_BLOCK b [15:8] [0:0xFFFFFF]; a [7:0] [0:0xFFFFFF]; END_BUS_BLOCK;\n"
                             "END_ADDRESS_SPACE;\n");
-    const ToolResult result = runTool({"-bm", "soc.bmm", "-bd", "app.elf", "-bx"}, {.folder = folder.path()});
+    const ToolResult result = runProgram(
+        "python3", {"-c", kMEASURE, toolName(), "-bm", "soc.bmm", "-bd", "app.elf", "-bx"}, {.folder = folder.path()});
     ASSERT_EQ(result.status, 0) << result.out << result.err;
-    rusage children{};
-    ASSERT_EQ(getrusage(RUSAGE_CHILDREN, &children), 0);
-    EXPECT_LT(static_cast<u64>(children.ru_maxrss) * 1024, kFILE_BYTES * 22 / 10);
+    const u64 kilobytes = std::stoull(result.out);
+    EXPECT_GT(kilobytes * 1024, kFILE_BYTES); // it is the tool that was measured
+    EXPECT_LT(kilobytes * 1024, kFILE_BYTES * 22 / 10);
 }
 
 } // namespace
