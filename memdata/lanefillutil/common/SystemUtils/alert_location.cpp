@@ -4,6 +4,8 @@
 
 #include "StringUtils/format.h"
 
+#include <algorithm>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -13,6 +15,20 @@ constexpr std::size_t kTAB_BLANKS = 8;
 
 bool ends_line(char c) {
     return c == '\0' || c == kEND_OF_FILE_MARK || c == '\n' || c == '\r';
+}
+
+// Characters of a line that are shown: from first, up to but not including last.
+struct LineWindow {
+    u64 first;
+    u64 last;
+};
+
+// Half of the characters stand ahead of the position, more where the line ends soon behind it.
+LineWindow shown_part(u64 length, u64 position) {
+    if (length <= memdata::kLONGEST_WHOLE_LINE) return {0, length};
+    const u64 half = memdata::kSHOWN_LINE_CHARACTERS / 2;
+    const u64 first = std::min(position - std::min(position, half), length - memdata::kSHOWN_LINE_CHARACTERS);
+    return {first, first + memdata::kSHOWN_LINE_CHARACTERS};
 }
 
 } // namespace
@@ -25,14 +41,24 @@ void CreateErrorIndicator(std::string* out, const char* lineStart, const char* e
 
 void CreateErrorLocation(std::string* out, const char* lineStart, const char* errorPosition) {
     if (lineStart == nullptr || errorPosition == nullptr || *errorPosition == kEND_OF_FILE_MARK) return;
-    for (const char* at = lineStart; !ends_line(*at); ++at) {
+    const char* lineEnd = lineStart;
+    while (!ends_line(*lineEnd)) ++lineEnd;
+    const auto length = static_cast<u64>(lineEnd - lineStart);
+    const auto position = static_cast<u64>(std::clamp(errorPosition, lineStart, lineEnd) - lineStart);
+    const LineWindow window = shown_part(length, position);
+    const std::string_view cutAhead = window.first == 0 ? "" : memdata::kCUT_LINE_MARK;
+
+    *out += cutAhead;
+    for (const char* at = lineStart + window.first; at < lineStart + window.last; ++at) {
         if (*at == '\t')
             out->append(kTAB_BLANKS, ' ');
         else
             out->push_back(*at);
     }
+    if (window.last < length) *out += memdata::kCUT_LINE_MARK;
     out->push_back('\n');
-    CreateErrorIndicator(out, lineStart, errorPosition);
+    out->append(cutAhead.size(), ' ');
+    CreateErrorIndicator(out, lineStart + window.first, errorPosition);
 }
 
 std::string memdata::locationText(std::span<const AlertLevel> levels) {

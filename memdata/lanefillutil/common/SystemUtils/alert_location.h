@@ -41,6 +41,12 @@ bool alertLevel(const parse_stream* innermost, const token_element* token, u32 d
 // line and the caret.
 std::string locationText(std::span<const AlertLevel> levels);
 
+// Lines of so many characters are shown whole. Of longer ones, which no one reads, a window of so many characters
+// around the error position is shown, "..." standing for what is left out at either side.
+inline constexpr u64 kLONGEST_WHOLE_LINE = 1000;
+inline constexpr u64 kSHOWN_LINE_CHARACTERS = 200;
+inline constexpr const char* kCUT_LINE_MARK = "...";
+
 } // namespace memdata
 
 // The location lines for a token of a stream: locationText over all its levels. Empty without a stream or a
@@ -48,7 +54,8 @@ std::string locationText(std::span<const AlertLevel> levels);
 std::string CreateFileLocations(const parse_stream* stream, const token_element* token);
 
 // Appends a source line and the indicator under it.
-//   lineStart      the line; copied up to NUL, 0xFF, line feed or carriage return, each tab as eight blanks
+//   lineStart      the line; copied up to NUL, 0xFF, line feed or carriage return, each tab as eight blanks; a long
+//                  one is cut to a window
 //   errorPosition  in that line; when it holds the end-of-file mark 0xFF nothing is appended
 void CreateErrorLocation(std::string* out, const char* lineStart, const char* errorPosition);
 

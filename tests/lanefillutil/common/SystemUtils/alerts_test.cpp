@@ -19,6 +19,7 @@
 namespace {
 
 using memdata::AlertLevel;
+using memdata::kLONGEST_WHOLE_LINE;
 using memdata::locationText;
 using memdata::SystemResources;
 using memdata::testing::CapturedAlerts;
@@ -464,6 +465,61 @@ TEST(AlertLocation, APositionAheadOfTheLineIsMarkedAtItsStart) {
 
 TEST(AlertLocation, AnEmptyLineHasACaretOnly) {
     EXPECT_EQ(error_location("", 0), "\n^\n");
+}
+
+// A line without repetitions in reach of a window, so that what is shown tells where it stands.
+std::string long_line(size_t length) {
+    std::string line;
+    while (line.size() < length) line += std::to_string(line.size()) + " ";
+    line.resize(length);
+    return line;
+}
+
+std::string blanks(size_t count) {
+    return std::string(count, ' ');
+}
+
+TEST(AlertLocation, TheLongestWholeLineIsShownWhole) {
+    const std::string line = long_line(kLONGEST_WHOLE_LINE);
+    EXPECT_EQ(error_location(line.c_str(), 500), line + "\n" + blanks(500) + "^\n");
+    EXPECT_EQ(error_location(line.c_str(), line.size()), line + "\n" + blanks(line.size()) + "^\n");
+}
+
+TEST(AlertLocation, ALongerLineIsCutAtBothSidesOfTheCaret) {
+    const std::string line = long_line(kLONGEST_WHOLE_LINE + 1);
+    EXPECT_EQ(error_location(line.c_str(), 500), "..." + line.substr(400, 200) + "...\n" + blanks(3 + 100) + "^\n");
+}
+
+TEST(AlertLocation, ALongLineIsNotCutWhereItsStartOrItsEndIsNear) {
+    const std::string line = long_line(5000);
+    const std::string head = line.substr(0, 200) + "...\n";
+    EXPECT_EQ(error_location(line.c_str(), 0), head + "^\n");
+    EXPECT_EQ(error_location(line.c_str(), 100), head + blanks(100) + "^\n");
+    EXPECT_EQ(error_location(line.c_str(), 101), "..." + line.substr(1, 200) + "...\n" + blanks(3 + 100) + "^\n");
+
+    const std::string tail = "..." + line.substr(4800) + "\n";
+    EXPECT_EQ(error_location(line.c_str(), 4899), "..." + line.substr(4799, 200) + "...\n" + blanks(3 + 100) + "^\n");
+    EXPECT_EQ(error_location(line.c_str(), 4900), tail + blanks(3 + 100) + "^\n");
+    EXPECT_EQ(error_location(line.c_str(), 5000), tail + blanks(3 + 200) + "^\n");
+}
+
+TEST(AlertLocation, APositionOutsideOfALongLineIsMarkedAtItsNearEnd) {
+    const std::string line = long_line(2000);
+    const std::string text = "ahead\n" + line + "\nbehind";
+    std::string out;
+    CreateErrorLocation(&out, text.c_str() + 6, text.c_str());
+    EXPECT_EQ(out, line.substr(0, 200) + "...\n^\n");
+    out.clear();
+    CreateErrorLocation(&out, text.c_str() + 6, text.c_str() + text.size() - 1);
+    EXPECT_EQ(out, "..." + line.substr(1800) + "\n" + blanks(3 + 200) + "^\n");
+}
+
+TEST(AlertLocation, TabsInAWindowAreEightBlanks) {
+    std::string line = long_line(2000);
+    line[990] = line[1010] = '\t';
+    EXPECT_EQ(error_location(line.c_str(), 1000), "..." + line.substr(900, 90) + blanks(8) + line.substr(991, 19) +
+                                                      blanks(8) + line.substr(1011, 89) + "...\n" +
+                                                      blanks(3 + 100 + 7) + "^\n");
 }
 
 TEST(AlertLocation, TheTextIsAppended) {
