@@ -3,12 +3,8 @@
 #include "elf_test.h"
 
 #include "support/allocation_faults.h"
+#include "support/gzip.h"
 
-#include <boost/iostreams/copy.hpp>
-#include <boost/iostreams/device/array.hpp>
-#include <boost/iostreams/device/back_inserter.hpp>
-#include <boost/iostreams/filter/gzip.hpp>
-#include <boost/iostreams/filtering_streambuf.hpp>
 #include <fstream>
 #include <sys/stat.h>
 #include <thread>
@@ -23,16 +19,6 @@ struct Shape {
     bool isBigEndian;
 };
 constexpr Shape kSHAPES[] = {{32, false}, {32, true}, {64, false}, {64, true}};
-
-std::string gzipped(std::string_view text) {
-    namespace io = boost::iostreams;
-    std::vector<char> out;
-    io::filtering_streambuf<io::output> chain;
-    chain.push(io::gzip_compressor());
-    chain.push(io::back_inserter(out));
-    io::copy(io::array_source(text.data(), text.size()), chain);
-    return {out.begin(), out.end()};
-}
 
 const ElfFile kTWO_SEGMENTS = {
     .entry = 0x1004, .segments = {{.address = 0x1000, .bytes = {1, 2, 3}}, {.address = 0x2000, .bytes = {4}}}};
