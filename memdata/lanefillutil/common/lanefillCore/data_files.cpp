@@ -4,6 +4,7 @@
 
 #include "BmmUtils/model/creation.h"
 #include "BmmUtils/model/selection.h"
+#include "BmmUtils/model/text.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/data_file_readers.h"
 #include "lanefillCore/segments.h"
@@ -54,10 +55,17 @@ int explainNoSpace(const LNF_DataFile* file, const AddressMappingType* mapping) 
             "Data file '%s' finds no ADDRESS_SPACE in '%s'.", file->GetDataFileName(), mapping->bmmBaseName));
 }
 
-int explainOtherProcessor(const LNF_DataFile* file, const AddressMappingType* mapping) {
+// A map that names no processor has one all the same.
+int explainOtherProcessor(const LNF_DataFile* file, const AddressMappingType* mapping, const AddressMapType* map) {
+    const char* processor = get_processorType_string(map->processorType);
     return PrintError(kERROR_MESSAGE_STRING, kOTHER_PROCESSOR_STATUS,
-        memdata::formatted("Data file '%s' was built for another processor than the first ADDRESS_MAP of '%s' names.",
-            file->GetDataFileName(), mapping->bmmBaseName));
+        map->isNamed
+            ? memdata::formatted("Data file '%s' was built for another processor than %s, that of ADDRESS_MAP '%s' "
+                                 "in '%s'.",
+                  file->GetDataFileName(), processor, map->name, mapping->bmmBaseName)
+            : memdata::formatted("Data file '%s' was built for another processor than %s, which counts for the "
+                                 "spaces outside of any ADDRESS_MAP in '%s'.",
+                  file->GetDataFileName(), processor, mapping->bmmBaseName));
 }
 
 } // namespace
@@ -93,22 +101,24 @@ int translateDataFile(LNF_DataFile* file, BDSwitchDataType* request, AddressMapp
     if (status == kNO_SPACE_STATUS && names == nullptr) return explainNoSpace(file, mapping);
     if (status != 0) return status;
     status = transform_data_file_segments(file, request, eligible.get(), &walk->nextStart, ignoreUnmapped);
-    const bool isOfOther = status == kOTHER_PROCESSOR_STATUS &&
+    const bool isOfOther = status == kOTHER_PROCESSOR_STATUS && eligible.get()->addressMaps != nullptr &&
                            file->IsMatchingProcessorType(firstMapProcessors(eligible.get())) == status;
-    return isOfOther ? explainOtherProcessor(file, mapping) : status;
+    return isOfOther ? explainOtherProcessor(file, mapping, eligible.get()->addressMaps) : status;
 }
 
 } // namespace memdata
 
+// The host's messages say what is wrong, the alerts with which file.
 int open_data_file(fileSpecType* spec, const char* macroDefines, unsigned flags, LNF_DataFile** file) {
     *file = nullptr;
     if (spec->format == kBIT_FORMAT || spec->format == kRBT_FORMAT) {
-        ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-294@%s", spec->fullName);
-        return 1;
+        ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-294@");
+        return PrintError(kERROR_MESSAGE_STRING, 1,
+            memdata::formatted("Data file '%s' is a bit file, which holds no software.", spec->fullName));
     }
     if (!isDataFormat(spec->format)) {
-        ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-295@%s", spec->fullName);
-        return 1;
+        ComMsgMgr::sendMsg::eval("memdata", ComMsgMgr::kERROR, "@28-295@");
+        return PrintError(kERROR_UNKNOWN_DATA_FILE_EXTENSION, 1, spec->fullName);
     }
     LNF_DataFile* reader = nullptr;
     if (int status = memdata::newDataFileReader(spec, &reader); status != 0) return status;

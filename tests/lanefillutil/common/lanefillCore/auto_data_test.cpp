@@ -3,6 +3,7 @@
 #include "lanefillCore/auto_data.h"
 
 #include "fake_data_file.h"
+#include "support/alerts.h"
 #include "support/host_messages.h"
 #include "support/map_builder.h"
 #include "support/map_dump.h"
@@ -75,6 +76,7 @@ TEST(AutoData, AMapWithoutInitFilesHasNothingToFill) {
 TEST(AutoData, AFileThatIsNoDataFileEndsTheWalk) {
     TestMap map;
     const CapturedMessages messages;
+    const CapturedAlerts alerts;
     map.space("ram", 0, "RAMB4", {"a[7:0] INIT=notes.txt"});
     EXPECT_EQ(transform_auto_data_files(map.get(), nullptr), 1);
 }

@@ -72,7 +72,8 @@ TEST_F(ElfTranslation, SoftwareOfAnotherProcessorStopsWithStatus23AndBothNames) 
     map.map("cpu", "KESTREL", 0, "");
     map.space("ram", 0, "RAMB4", {"a[7:0]"});
     EXPECT_EQ(translate({.machine = 40, .segments = {{.address = 0, .bytes = {7}}}}), 23);
-    EXPECT_THAT(alerts.text(), HasSubstr("app.elf' was built for another processor than the first ADDRESS_MAP of"));
+    EXPECT_THAT(alerts.text(),
+        HasSubstr("app.elf' was built for another processor than KESTREL, that of ADDRESS_MAP 'cpu' in 'test.bmm'."));
 }
 
 } // namespace

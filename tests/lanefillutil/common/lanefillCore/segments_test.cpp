@@ -156,7 +156,8 @@ TEST_F(Segments, AFileWithoutSectionsIsTakenByTheMapOfADesign) {
 TEST_F(Segments, AFileOfAnotherProcessorEndsWithItsStatusAndAWord) {
     map.space("ram", 0, "RAMB4", {"a[7:0]"});
     EXPECT_EQ(translate({.name = "arm.elf", .sections = {{0, {1}}}, .processorStatus = 23}), 23);
-    EXPECT_THAT(alerts.text(), HasSubstr("'arm.elf' was built for another processor"));
+    EXPECT_EQ(alerts.text(), "\nERROR:Lanefill:86 - Data file 'arm.elf' was built for another processor than PPC405, "
+                             "which counts for the spaces outside of any ADDRESS_MAP in 'test.bmm'.\n\n");
 }
 
 TEST_F(Segments, AMapWithoutSpacesTakesNoFile) {
@@ -333,13 +334,17 @@ protected:
 TEST_F(OpenDataFile, ABitFileIsNoDataFile) {
     EXPECT_EQ(open("top.bit"), 1);
     EXPECT_EQ(open("top.rbt"), 1);
-    EXPECT_THAT(messages.text(), HasSubstr("28-294 top.bit"));
+    EXPECT_EQ(messages.text(), "ERROR 28-294\nERROR 28-294\n");
+    EXPECT_EQ(alerts.text(), "\nERROR:Lanefill:86 - Data file 'top.bit' is a bit file, which holds no software.\n\n"
+                             "\nERROR:Lanefill:86 - Data file 'top.rbt' is a bit file, which holds no software.\n\n");
 }
 
 TEST_F(OpenDataFile, AnUnknownFormatIsNoDataFile) {
     EXPECT_EQ(open("readme.txt"), 1);
     EXPECT_EQ(open("noextension"), 1);
-    EXPECT_THAT(messages.text(), HasSubstr("28-295 readme.txt"));
+    EXPECT_EQ(messages.text(), "ERROR 28-295\nERROR 28-295\n");
+    EXPECT_EQ(alerts.text(), "\nERROR:Lanefill:3 - Unknown file extension on data file 'readme.txt'.\n\n"
+                             "\nERROR:Lanefill:3 - Unknown file extension on data file 'noextension'.\n\n");
 }
 
 // The map is made undisturbed for each run; only what follows meets the failing allocation.
