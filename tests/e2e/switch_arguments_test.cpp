@@ -116,10 +116,10 @@ constexpr Misuse kWRONG[] = {
     {"-bm soc.bmm frob", 14, "125 - Illegal '-bm' option modifier 'frob', 'root' expected."},
     {"-bm soc.bmm root 5", 3, "11 - Unexpected symbol '5', 'BRAM instance name' expected."},
     {"-bm soc.bmm -bd soc.bmm", 1,
-        "ERROR: [memdata 28-295] A data file has an extension that stands for no known format. Give a file that ends in "
+        "ERROR: [memdata 28-295] Data file 'soc.bmm' has an extension that stands for no known format. Give a file that ends in "
         "elf, drf, mem, vmf, vmem, coe or mif."},
     {"-bm soc.bmm -bd a.bit", 1,
-        "ERROR: [memdata 28-294] A bit file cannot serve as a data file. Give the program as an ELF or MEM file, and "
+        "ERROR: [memdata 28-294] Bit file 'a.bit' cannot serve as a data file. Give the program as an ELF or MEM file, and "
         "the bit file with its own option."},
     {"-bd data.mem tag 5", 14, "62 - Expected the 'tag' address space name"},
     {"-bd data.mem frob", 14, "59 - Illegal '-bd' option modifier 'frob', 'tag', 'boot' or 'start' expected."},
