@@ -28,7 +28,7 @@ TEST(ToolWords, HelpListsEverySwitchAndSubCommand) {
     EXPECT_EQ(result.status, 0);
     for (const HelpTopic& topic : allHelpTopics())
         EXPECT_THAT(result.out, HasSubstr("\n  -" + std::string(topic.name) + " ")) << topic.name;
-    for (const char* word : {"  devices ", "  check ", "  help ", "  --param ", "  --version"})
+    for (const char* word : {"  devices ", "  check ", "  map ", "  help ", "  --param ", "  --version"})
         EXPECT_THAT(result.out, HasSubstr(word));
     EXPECT_EQ(runTool({"help"}).out, result.out);
     EXPECT_EQ(runTool({"-bm", "no.bmm", "--help"}).out, result.out);
@@ -134,7 +134,7 @@ TEST(ToolHelp, EverySwitchHasATopicWithAnExample) {
 }
 
 TEST(ToolHelp, EverySubCommandAndLongWordHasATopicWithAnExample) {
-    for (const char* topic : {"devices", "check", "help", "--param", "--params", "--version", "--help"}) {
+    for (const char* topic : {"devices", "check", "map", "help", "--param", "--params", "--version", "--help"}) {
         const ToolResult result = runTool({"help", topic});
         EXPECT_EQ(result.status, 0) << topic;
         EXPECT_THAT(result.out, HasSubstr("\n  Example: lanefill ")) << topic;
@@ -167,6 +167,14 @@ TEST(ToolHelp, TheSwitchEndsTheRunThere) {
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.out, StartsWith("  -bm FILE "));
     EXPECT_EQ(result.err, "");
+}
+
+TEST(ToolHelp, SubCommandsTellAboutThemselves) {
+    for (const char* command : {"map", "check"}) {
+        const ToolResult result = runTool({command, "-h"});
+        EXPECT_EQ(result.status, 0) << command;
+        EXPECT_EQ(result.out, runTool({"help", command}).out);
+    }
 }
 
 // Runs.

@@ -4,6 +4,7 @@
 
 #include "SystemUtils/lifetime.h"
 #include "console.h"
+#include "help_command.h"
 #include "lanefillCore/bit_check.h"
 #include "option_string.h"
 #include "run_command.h"
@@ -28,6 +29,7 @@ int runCheckCommand(std::span<char* const> words) {
         if (int status = optionTextOf(options, &text); status != 0) return status;
         const SystemResources resources;
         const BitCheckRun run = runBitCheck(text.c_str());
+        if (run.status == kHELP_WANTED) return printTopic("check");
         const int printed = run.isCompared ? print(run.report) : 0;
         return printed != 0 ? printed : exitStatusOf(run.status);
     } catch (const std::bad_alloc&) {

@@ -119,4 +119,9 @@ int runHelpCommand(std::span<char* const> words) {
     return printed != 0 ? printed : status;
 }
 
+int printTopic(std::string topic) {
+    char* const words[] = {topic.data()};
+    return runHelpCommand(words);
+}
+
 } // namespace memdata

@@ -4,6 +4,7 @@
 #define LANEFILL_HELP_COMMAND_H
 
 #include <span>
+#include <string>
 
 namespace memdata {
 
@@ -14,6 +15,7 @@ int printParameters(); // the host's, with defaults and descriptions
 
 // Without words the whole help; else the topics of the words: switches with or without their dash, and sub-commands.
 int runHelpCommand(std::span<char* const> words);
+int printTopic(std::string topic); // one of them
 
 } // namespace memdata
 

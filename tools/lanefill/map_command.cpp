@@ -10,6 +10,7 @@
 #include "StringUtils/format.h"
 #include "SystemUtils/lifetime.h"
 #include "console.h"
+#include "help_command.h"
 #include "lanefillCore/driver.h"
 #include "option_string.h"
 #include "run_command.h"
@@ -145,7 +146,8 @@ int runMapCommand(std::span<char* const> words) {
         std::string text;
         if (int status = optionTextOf(options, &text); status != 0) return status;
         const SystemResources resources;
-        return exitStatusOf(runOnOptions(text.c_str()));
+        const int status = runOnOptions(text.c_str());
+        return status == kHELP_WANTED ? printTopic("map") : exitStatusOf(status);
     } catch (const std::bad_alloc&) {
         return reportExhaustedMemory();
     }

@@ -14,7 +14,6 @@
 namespace memdata {
 namespace {
 
-constexpr int kHELP_WANTED = -1;
 constexpr int kMESSAGES_WRITTEN = -2;
 constexpr int kEXHAUSTED_STATUS = 7;
 

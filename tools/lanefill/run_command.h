@@ -8,6 +8,9 @@
 
 namespace memdata {
 
+// The engine's status for a text of options with -h.
+constexpr int kHELP_WANTED = -1;
+
 // Carries out the switches and gives the exit status. Help and message files exit with 0. What a run did not do although
 // a user may have meant it is said in a line on standard error.
 int runOptionWords(std::span<char* const> words);
