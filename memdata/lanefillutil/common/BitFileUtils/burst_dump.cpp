@@ -192,7 +192,7 @@ int memdata::dumpHexLines(StreamWalk& walk, const u8* data, u64 byteCount) {
         walk.dump, static_cast<int>(walk.flags), 0, data, static_cast<unsigned>(byteCount), kHEX_BYTES_PER_LINE);
 }
 
-int memdata::dumpBurst(StreamWalk& walk, u32 commandWord, Burst& burst) {
+int DumpFDRIData(StreamWalk& walk, u32 commandWord, Burst& burst) {
     CRC_Data(walk.device, commandWord, burst.data.get(), burst.wordCount);
     return BurstDump(walk, burst).print(walk.registerName(commandWord));
 }

@@ -19,28 +19,6 @@ using namespace memdata;
 constexpr u32 kBUS_WIDTH_WORD = 187; // two more words follow it ahead of the sync word
 constexpr u32 kNOP_TYPE = 1;
 
-// A sync-size value: as many words as a sync word has, the first the most significant.
-int readSyncValue(StreamWalk& walk, u32* value) {
-    *value = 0;
-    for (u32 bytes = 0; bytes < walk.family().syncWordBytes; bytes += walk.family().configWordBytes) {
-        u32 word = 0;
-        if (int status = readStreamWord(walk, &word); status != 0) return status;
-        *value = static_cast<u32>(u64{*value} << walk.family().configWordBytes * 8 | word);
-        if (walk.copies() && (walk.flags & kWALK_DROP_SYNC) == 0)
-            if (int status = WriteConfigWord(walk.output, walk.device, word); status != 0) return status;
-    }
-    return 0;
-}
-
-// The two values behind a bus-width detection word.
-int passBusWidthValues(StreamWalk& walk) {
-    for (int i = 0; i < 2 && *walk.remaining >= walk.family().syncWordBytes; ++i) {
-        u32 value = 0;
-        if (int status = readSyncValue(walk, &value); status != 0) return status;
-    }
-    return 0;
-}
-
 } // namespace
 
 int memdata::streamEndsEarly(const StreamWalk& walk, u64 missingBytes) {
@@ -92,22 +70,6 @@ int readStreamWord(StreamWalk& walk, u32* value) {
     return status;
 }
 
-int readRegisterValue(StreamWalk& walk, u32 commandWord, u32* value) {
-    u32 count = walk.field(kSHORT_COUNT_FIELD, commandWord);
-    if (count == 0) count = 1;
-    if (u64{count} * walk.family().configWordBytes > *walk.remaining)
-        return streamEndsEarly(walk, u64{count} * walk.family().configWordBytes);
-    *value = 0;
-    walk.words.clear();
-    for (u32 i = 0; i < count; ++i) {
-        u32 word = 0;
-        if (int status = readStreamWord(walk, &word); status != 0) return status;
-        *value = static_cast<u32>(u64{*value} << walk.family().configWordBytes * 8 | word);
-        walk.words.push_back(word);
-    }
-    return 0;
-}
-
 int copyPacket(StreamWalk& walk, u32 commandWord) {
     int status = WriteConfigWord(walk.output, walk.device, commandWord);
     for (size_t i = 0; i < walk.words.size() && status == 0; ++i)
@@ -128,10 +90,54 @@ int passRest(StreamWalk& walk, bool isCopied) {
     return 0;
 }
 
-int passToSyncWord(StreamWalk& walk) {
+} // namespace memdata
+
+int ReadRegValue(StreamWalk& walk, u32 commandWord, u32* value) {
+    u32 count = walk.field(kSHORT_COUNT_FIELD, commandWord);
+    if (count == 0) count = 1;
+    if (u64{count} * walk.family().configWordBytes > *walk.remaining)
+        return streamEndsEarly(walk, u64{count} * walk.family().configWordBytes);
+    *value = 0;
+    walk.words.clear();
+    for (u32 i = 0; i < count; ++i) {
+        u32 word = 0;
+        if (int status = readStreamWord(walk, &word); status != 0) return status;
+        *value = static_cast<u32>(u64{*value} << walk.family().configWordBytes * 8 | word);
+        walk.words.push_back(word);
+    }
+    return 0;
+}
+
+// A sync-size value: as many words as a sync word has, the first the most significant.
+int ReadWriteSyncWord(StreamWalk& walk, u32* value) {
+    *value = 0;
+    for (u32 bytes = 0; bytes < walk.family().syncWordBytes; bytes += walk.family().configWordBytes) {
+        u32 word = 0;
+        if (int status = readStreamWord(walk, &word); status != 0) return status;
+        *value = static_cast<u32>(u64{*value} << walk.family().configWordBytes * 8 | word);
+        if (walk.copies() && (walk.flags & kWALK_DROP_SYNC) == 0)
+            if (int status = WriteConfigWord(walk.output, walk.device, word); status != 0) return status;
+    }
+    return 0;
+}
+
+namespace {
+
+// The two values behind a bus-width detection word.
+int passBusWidthValues(StreamWalk& walk) {
+    for (int i = 0; i < 2 && *walk.remaining >= walk.family().syncWordBytes; ++i) {
+        u32 value = 0;
+        if (int status = ReadWriteSyncWord(walk, &value); status != 0) return status;
+    }
+    return 0;
+}
+
+} // namespace
+
+int OutputSyncData(StreamWalk& walk) {
     while (*walk.remaining >= walk.family().syncWordBytes) {
         u32 value = 0;
-        if (int status = readSyncValue(walk, &value); status != 0) return status;
+        if (int status = ReadWriteSyncWord(walk, &value); status != 0) return status;
         if (value == walk.family().syncWord) return 0;
         if (value == walk.family().dummyWord) continue;
         int status = 0;
@@ -145,21 +151,27 @@ int passToSyncWord(StreamWalk& walk) {
     return passRest(walk, walk.copies() && (walk.flags & kWALK_DROP_SYNC) == 0);
 }
 
-int passAutoCRCWord(StreamWalk& walk, u32 first) {
-    CRC_Disabled_Check(walk.device);
-    u32 value = first;
-    for (u32 bytes = walk.family().configWordBytes; bytes < walk.family().syncWordBytes;
-         bytes += walk.family().configWordBytes) {
+int ReadWriteAutoCRCWord(StreamWalk& walk, u32* value) {
+    const u32 wordBytes = walk.family().configWordBytes;
+    for (u32 bytes = wordBytes; bytes < walk.family().syncWordBytes; bytes += wordBytes) {
         u32 word = 0;
         if (int status = readStreamWord(walk, &word); status != 0) return status;
-        value = static_cast<u32>(u64{value} << walk.family().configWordBytes * 8 | word);
+        *value = static_cast<u32>(u64{*value} << wordBytes * 8 | word);
     }
+    return 0;
+}
+
+int WriteAutoCRCWord(fileIODescriptor* output, const TarselDeviceType* device, u32 crc) {
+    return device->family->syncWordBytes == 2 ? WriteShort(output, crc) : WriteLong(output, crc);
+}
+
+int memdata::passAutoCRCWord(StreamWalk& walk, u32 first) {
+    CRC_Disabled_Check(walk.device);
+    u32 value = first;
+    if (int status = ReadWriteAutoCRCWord(walk, &value); status != 0) return status;
     if (walk.check != nullptr) walk.check->noteCrc(value == gAccumulated_CRC, walk.position());
     if (!walk.copies())
         return PutNextLine(
             walk.dump, "Write of Auto CRC word 0x%08lX. Calculated CRC value = 0x%08lX.\n\n", value, gAccumulated_CRC);
-    return walk.family().syncWordBytes == 2 ? WriteShort(walk.output, gAccumulated_CRC)
-                                            : WriteLong(walk.output, gAccumulated_CRC);
+    return WriteAutoCRCWord(walk.output, walk.device, gAccumulated_CRC);
 }
-
-} // namespace memdata

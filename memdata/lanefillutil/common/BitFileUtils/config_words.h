@@ -15,20 +15,27 @@ int WriteConfigWord(fileIODescriptor* output, const TarselDeviceType* device, u3
 // The value as wordCount words, the most significant first; a count of 0 writes nothing.
 int WriteRegValue(fileIODescriptor* output, const TarselDeviceType* device, u32 value, u32 wordCount);
 
+// The data words of a register write into walk.words: as many as the short count says, one when it is 0. value is the
+// last word; in families with 16-bit words the last two of them.
+int ReadRegValue(memdata::StreamWalk& walk, u32 commandWord, u32* value);
+
+// A value of as many words as a sync word has, the first the most significant; copied, unless kWALK_DROP_SYNC.
+int ReadWriteSyncWord(memdata::StreamWalk& walk, u32* value);
+
+// Passes over the stream up to behind the next sync word, or to its end. A copy takes all of it, unless kWALK_DROP_SYNC.
+int OutputSyncData(memdata::StreamWalk& walk);
+
+// An Auto CRC word of which the first word stands in value: the words that still follow it; and one in a copy.
+int ReadWriteAutoCRCWord(memdata::StreamWalk& walk, u32* value);
+int WriteAutoCRCWord(fileIODescriptor* output, const TarselDeviceType* device, u32 crc);
+
 namespace memdata {
 
 // One word of the stream, counted.
 int readStreamWord(StreamWalk& walk, u32* value);
 
-// The data words of a register write into walk.words: as many as the short count says, one when it is 0. value is the
-// last word; in families with 16-bit words the last two of them.
-int readRegisterValue(StreamWalk& walk, u32 commandWord, u32* value);
-
 // The command word and the words of its packet into the copy.
 int copyPacket(StreamWalk& walk, u32 commandWord);
-
-// Passes over the stream up to behind the next sync word, or to its end. A copy takes all of it, unless kWALK_DROP_SYNC.
-int passToSyncWord(StreamWalk& walk);
 
 // The Auto CRC word behind a burst, of which first has been read: exchanged in a copy, compared in a dump.
 int passAutoCRCWord(StreamWalk& walk, u32 first);

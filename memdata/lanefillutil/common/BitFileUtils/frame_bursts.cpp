@@ -21,22 +21,6 @@ using namespace memdata;
 constexpr int kUNSUPPORTED_STATUS = 3;
 constexpr u32 kLONG_COUNT_BYTES = 4; // in one word or two
 
-// The count of data words. A copy takes the words that it stands in.
-int readWordCount(StreamWalk& walk, u32 commandWord, u64* count) {
-    if (walk.copies())
-        if (int status = WriteConfigWord(walk.output, walk.device, commandWord); status != 0) return status;
-    *count = walk.field(kSHORT_COUNT_FIELD, commandWord);
-    if (*count != 0) return 0;
-    for (u32 bytes = 0; bytes < kLONG_COUNT_BYTES; bytes += walk.family().configWordBytes) {
-        u32 word = 0;
-        if (int status = readStreamWord(walk, &word); status != 0) return status;
-        if (walk.copies())
-            if (int status = WriteConfigWord(walk.output, walk.device, word); status != 0) return status;
-        *count = *count << walk.family().configWordBytes * 8 | walk.field(kLONG_COUNT_FIELD, word);
-    }
-    return 0;
-}
-
 bool isFirstGeneration(const TarselDeviceType* device) {
     return (device->family->familyMask & kFIRST_GENERATION_MASK) != 0;
 }
@@ -62,13 +46,28 @@ int replaceColumns(const StreamWalk& walk, Burst& burst, const BramColumns& colu
 
 } // namespace
 
+int GetFDRIregWordLength(StreamWalk& walk, u32 commandWord, u64* count) {
+    if (walk.copies())
+        if (int status = WriteConfigWord(walk.output, walk.device, commandWord); status != 0) return status;
+    *count = walk.field(kSHORT_COUNT_FIELD, commandWord);
+    if (*count != 0) return 0;
+    for (u32 bytes = 0; bytes < kLONG_COUNT_BYTES; bytes += walk.family().configWordBytes) {
+        u32 word = 0;
+        if (int status = readStreamWord(walk, &word); status != 0) return status;
+        if (walk.copies())
+            if (int status = WriteConfigWord(walk.output, walk.device, word); status != 0) return status;
+        *count = *count << walk.family().configWordBytes * 8 | walk.field(kLONG_COUNT_FIELD, word);
+    }
+    return 0;
+}
+
 void memdata::releaseBurst(u8* data) {
     releaseMemory(data);
 }
 
 int memdata::readBurst(StreamWalk& walk, u32 commandWord, Burst* burst) {
     u64 count = 0;
-    if (int status = readWordCount(walk, commandWord, &count); status != 0) return status;
+    if (int status = GetFDRIregWordLength(walk, commandWord, &count); status != 0) return status;
     burst->wordCount = count;
     const u64 bytes = burst->bytes(walk);
     if (bytes > *walk.remaining) return streamEndsEarly(walk, bytes);
@@ -125,7 +124,7 @@ int OutputFDRIregOp(StreamWalk& walk, u32 commandWord) {
     }
     Burst burst;
     int status = readBurst(walk, commandWord, &burst);
-    if (status == 0 && !walk.copies()) status = dumpBurst(walk, commandWord, burst);
+    if (status == 0 && !walk.copies()) status = DumpFDRIData(walk, commandWord, burst);
     if (status == 0 && walk.copies()) {
         BramColumns columns;
         if (walk.addressMapping != nullptr) {

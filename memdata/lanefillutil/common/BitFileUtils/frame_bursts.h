@@ -13,6 +13,10 @@ const u8* FindBRAMDataSignature(const u8* buffer, u64 size, const u8* signature,
 // is not there, or the family has none (then with a warning).
 u32 GetBRAMDataFrameOffset(const TarselDeviceType* device, const u8* data, u64 size);
 
+// The count of data words of a burst: the short count, or what stands in the words behind the command word. A copy takes
+// the command word and these.
+int GetFDRIregWordLength(memdata::StreamWalk& walk, u32 commandWord, u64* wordCount);
+
 namespace memdata {
 
 void releaseBurst(u8* data);
@@ -44,12 +48,12 @@ void columnsOfDie(const StreamWalk& walk, BramColumns* columns);
 // changed.
 int bramColumns(const StreamWalk& walk, u64 burstBytes, BramColumns* columns);
 
-// A burst as text: CLB data as hex, block-RAM columns as memories or as frames.
-int dumpBurst(StreamWalk& walk, u32 commandWord, Burst& burst);
-
 // Lines of 32 bytes.
 int dumpHexLines(StreamWalk& walk, const u8* data, u64 byteCount);
 
 } // namespace memdata
+
+// A burst as text: CLB data as hex, block-RAM columns as memories or as frames.
+int DumpFDRIData(memdata::StreamWalk& walk, u32 commandWord, memdata::Burst& burst);
 
 #endif

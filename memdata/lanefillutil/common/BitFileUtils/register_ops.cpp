@@ -40,7 +40,7 @@ int unsupportedFormat(const char* kind) {
 
 // The data words of a write, entered in the CRC.
 int takeValue(StreamWalk& walk, u32 commandWord, u32* value) {
-    if (int status = readRegisterValue(walk, commandWord, value); status != 0) return status;
+    if (int status = ReadRegValue(walk, commandWord, value); status != 0) return status;
     enterWords(walk, commandWord);
     return 0;
 }
@@ -78,7 +78,7 @@ int passUninterpreted(StreamWalk& walk, u32 commandWord) {
     if (!walk.copies()) return 0;
     if (!isWrite(walk, commandWord)) return WriteConfigWord(walk.output, walk.device, commandWord);
     u32 value = 0;
-    if (int status = readRegisterValue(walk, commandWord, &value); status != 0) return status;
+    if (int status = ReadRegValue(walk, commandWord, &value); status != 0) return status;
     return copyPacket(walk, commandWord);
 }
 
@@ -144,7 +144,7 @@ int OutputCRCregOp(StreamWalk& walk, u32 commandWord) {
     if (!isWrite(walk, commandWord))
         return passCommand(walk, commandWord, "Read of %s register of the current CRC value.\n\n");
     u32 value = 0;
-    if (int status = readRegisterValue(walk, commandWord, &value); status != 0) return status;
+    if (int status = ReadRegValue(walk, commandWord, &value); status != 0) return status;
     CRC_Disabled_Check(walk.device);
     if (walk.check != nullptr) walk.check->noteCrc(value == gAccumulated_CRC, walk.position());
     int status = 0;
@@ -181,7 +181,7 @@ int OutputCMDregOp(StreamWalk& walk, u32 commandWord) {
     if (!isWrite(walk, commandWord))
         return passCommand(walk, commandWord, "Read of %s register of the current command value.\n\n");
     u32 value = 0;
-    if (int status = readRegisterValue(walk, commandWord, &value); status != 0) return status;
+    if (int status = ReadRegValue(walk, commandWord, &value); status != 0) return status;
     if (value == kRCRC_COMMAND)
         CRC_Reset(walk.device);
     else

@@ -99,7 +99,7 @@ int walkStream(StreamWalk& walk) {
     if (walk.addressMapping != nullptr)
         if (int status = initialize_cross_coordinate_lookup_table(walk.addressMapping); status != 0) return status;
     while (*walk.remaining > 0) {
-        if (int status = passToSyncWord(walk); status != 0) return status;
+        if (int status = OutputSyncData(walk); status != 0) return status;
         if (*walk.remaining == 0) break;
         if (int status = walkSegment(walk); status != 0) return status;
         if (*walk.remaining < walk.family().configWordBytes)

@@ -137,7 +137,7 @@ char* putParityWords(char* out, std::span<const MemColumn> columns, u64 firstWor
     u64 parityBit = columns[0].firstBit + firstWord * Bytes;
     const u8* at = columns[1].buffer + columns[1].firstBit / 8 + firstWord * Bytes;
     for (; wordCount > 0; --wordCount, at += Bytes, parityBit += Bytes) {
-        const unsigned parity = columns[0].buffer[parityBit / 8] >> parityBit % 8 & ((1u << Bytes) - 1);
+        const unsigned parity = u32{columns[0].buffer[parityBit / 8]} >> parityBit % 8 & ((1u << Bytes) - 1);
         *out++ = ' ';
         if constexpr (Bytes == 8)
             out = putPair(out, static_cast<u8>(parity));
