@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "DeviceTableUtils/cross_coordinates.h"
 
+#include "BmmUtils/model/creation.h"
 #include "DeviceTableUtils/families.h"
 #include "DeviceTableUtils/locations.h"
 #include "SystemUtils/alerts.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 using memdata::logicalGridRows;
 using memdata::physicalGridRows;
@@ -83,6 +85,13 @@ const BRAMPhysLocDataType* elementAt(
     return place < count ? array + place : nullptr;
 }
 
+// How many lookup rows a memory claims. count: those that its type covers.
+u32 claimedRows(const TarselDeviceType* device, const MEMORYType* type, i32 logicalRow, u32 count) {
+    const bool isPair =
+        device->family == &kDunmare6FamilyTable && type->sizeUnits == kPAIR_SIZE_UNITS && logicalRow % 2 == 0;
+    return isPair ? kPAIR_SITES : count;
+}
+
 // What a memory says about each row that it claims.
 struct Claim {
     int exists;
@@ -151,10 +160,9 @@ int set_cross_coordinate_lookup_table_element(AddressMappingType* addressMapping
     i32 physicalRowIndex = 0;
     i32 physicalColumnIndex = 0;
     convert_BRAM_indexes_to_lookup_indexes(device, type, logicalRow, logicalColumn, &rowIndex, &columnIndex);
-    u32 count = convert_BRAM_indexes_to_lookup_indexes(
-        device, type, physicalRow, physicalColumn, &physicalRowIndex, &physicalColumnIndex);
-    if (device->family == &kDunmare6FamilyTable && type->sizeUnits == kPAIR_SIZE_UNITS && logicalRow % 2 == 0)
-        count = kPAIR_SITES;
+    const u32 count = claimedRows(device, type, logicalRow,
+        convert_BRAM_indexes_to_lookup_indexes(
+            device, type, physicalRow, physicalColumn, &physicalRowIndex, &physicalColumnIndex));
 
     const i64 laneColumn = bitLane == nullptr ? columnIndex : i64{bitLane->locColumn};
     for (u32 i = 0; i < count; ++i) {
@@ -204,10 +212,29 @@ int record_bitLane_LOC_constraint(
     if (lookup_BRAM_log_existence(device, memory->type, ownArray(device, memory->logicalLocs), bitLane->locRow,
             bitLane->locColumn, &physicalRow, &physicalColumn) == k_)
         return 0;
+    bitLane->locatedIn = root_addressMapping(addressMapping); // also when only some of its rows can be had
     if (set_cross_coordinate_lookup_table_element(addressMapping, kT, memory->type, memory->physicalLocs, physicalRow,
             physicalColumn, static_cast<i32>(bitLane->locRow), static_cast<i32>(bitLane->locColumn), bitLane) != 0)
         return reportDuplicate(stream, token, bitLane);
     return 0;
+}
+
+void memdata::forgetLocatedLane(BitLaneType* bitLane) {
+    const AddressMappingType* addressMapping = std::exchange(bitLane->locatedIn, nullptr);
+    BitLaneLookupTable* table = addressMapping == nullptr ? nullptr : tableOf(addressMapping);
+    if (table == nullptr) return;
+    const TarselDeviceType* device = addressMapping->device;
+    const MEMORYType* type = bitLane->memory->type;
+    const i32 row = static_cast<i32>(bitLane->locRow);
+    i32 rowIndex = 0;
+    i32 columnIndex = 0;
+    const u32 count = claimedRows(device, type, row,
+        convert_BRAM_indexes_to_lookup_indexes(
+            device, type, row, static_cast<i32>(bitLane->locColumn), &rowIndex, &columnIndex));
+    for (u32 i = 0; i < count; ++i) {
+        BitLaneLogicalLookupType* record = logicalAt(table, i64{rowIndex} + i, bitLane->locColumn);
+        if (record != nullptr && record->bitLane == bitLane) record->bitLane = nullptr;
+    }
 }
 
 int lookup_BRAM_existence(const AddressMappingType* addressMapping, i32 physicalRowIndex, i32 physicalColumn, i32* row,

@@ -52,8 +52,8 @@ int set_cross_coordinate_lookup_table_element(AddressMappingType* addressMapping
     const BRAMPhysLocDataType* physicalArray, i32 physicalRow, i32 physicalColumn, i32 logicalRow, i32 logicalColumn,
     BitLaneType* bitLane);
 
-// Records a located bit lane. stream and token say where an alert points; token may be null. Does nothing without a
-// device, nor on a location without silicon. Status: 0; 3 the location is taken by another instance, or lies outside
+// Records a located bit lane, until the lane is deleted. stream and token say where an alert points; token may be null.
+// Does nothing without a device, nor on a location without silicon. Status: 0; 3 the location is taken by another instance, or lies outside
 // the device; 7 without memory.
 int record_bitLane_LOC_constraint(
     parse_stream* stream, const token_element* token, AddressMappingType* addressMapping, BitLaneType* bitLane);
@@ -61,5 +61,13 @@ int record_bitLane_LOC_constraint(
 // What stands at a physical place, in lookup rows: kT, k_, or 0 where nothing was ever set; all outputs are 0 then.
 int lookup_BRAM_existence(const AddressMappingType* addressMapping, i32 physicalRowIndex, i32 physicalColumn, i32* row,
     i32* column, const TranslationTableType** decodeTable, const BRAMPhysLocDataType** physLoc, BitLaneType** bitLane);
+
+namespace memdata {
+
+// Leaves the rows of a recorded lane without a lane; what exists there stays as that lane's memory told it. Does
+// nothing for a lane that was not recorded. Called when a lane is deleted.
+void forgetLocatedLane(BitLaneType* bitLane);
+
+} // namespace memdata
 
 #endif

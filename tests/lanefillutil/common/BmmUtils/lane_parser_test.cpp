@@ -205,6 +205,40 @@ TEST(LaneText, ComplainsOfItsWords) {
         alertAt("15 - Missing statement terminator. 'END_BUS_BLOCK' found, ';' expected.", 4, "  END_BUS_BLOCK;", 2));
 }
 
+// One lane of 36 bits on a device, with text behind it.
+std::string locatedLane(const std::string& name, const std::string& rest) {
+    return "ADDRESS_SPACE " + name + " RAMB36 [0:0x11FF]\nBUS_BLOCK\n" + name + " [35:0] LOC = X0Y12;\n" + rest;
+}
+
+TEST(LaneText, LeavesItsLocationFreeWhenItsSpaceFails) {
+    const std::string end = "END_BUS_BLOCK;\nEND_ADDRESS_SPACE;\n";
+    // At the next lane, at the end of the block, at the end of the space, and in the checks of the whole space.
+    for (const std::string& rest : {std::string("oops"), std::string("END_BUS_BLOCK x"),
+             std::string("END_BUS_BLOCK;\nEND_ADDRESS_MAP;"), "more [71:36] LOC = X0Y13;\n" + end}) {
+        MapText map({}, "tq7a5");
+        EXPECT_EQ(map.read(locatedLane("first", rest)), 3) << rest;
+        EXPECT_EQ(map.read(locatedLane("second", end)), 0) << rest << map.alerts();
+        EXPECT_EQ(map.read(locatedLane("third", end)), 3);
+        EXPECT_EQ(map.alerts(), alertAt("105 - Duplicate BRAM location constraint, 'X0Y12'. Another BRAM is already "
+                                        "LOC'ed to this location.\n    Devices with multiple BRAM sizes can have "
+                                        "different constraint values for the same location.",
+                                    3, "third [35:0] LOC = X0Y12;", 13));
+    }
+}
+
+TEST(LaneText, OfATemplateLeavesItsLocationFreeToo) {
+    MapText map({}, "tq7a5");
+    EXPECT_EQ(map.read("ADDRESS_TEMPLATE t RAMB36 [0x1200]\nBUS_BLOCK\nfirst [35:0] LOC = X0Y12; oops"), 3);
+    EXPECT_EQ(map.read(locatedLane("second", "END_BUS_BLOCK;\nEND_ADDRESS_SPACE;\n")), 0) << map.alerts();
+}
+
+TEST(LaneText, MustNotBeLocatedOutsideOfTheDevice) {
+    MapText map({}, "tq7a5");
+    EXPECT_EQ(map.read("ADDRESS_SPACE x RAMB36 [0:0x11FF]\nBUS_BLOCK\nu0 [35:0] LOC = X99Y12;\n"), 3);
+    EXPECT_EQ(map.alerts(),
+        alertAt("107 - Illegal attempt to LOC BRAM instance 'u0' to 'X99Y12'.", 3, "u0 [35:0] LOC = X99Y12;", 10));
+}
+
 TEST(LaneText, OfAMemoryThatIsNoBlockRamHasNoLocation) {
     expectAlert("u0 [7:0] LOC = X0Y0;",
         "13 - Unexpected keyword 'LOC', LOC/PLACED constraints aren't allowed in MEMORY defined ADDRESS_BLOCKs.", 9,

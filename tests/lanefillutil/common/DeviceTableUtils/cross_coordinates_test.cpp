@@ -195,6 +195,56 @@ TEST_F(CrossCoordinates, AHalfAheadOfALargeMemoryConflictsToo) {
     EXPECT_EQ(mapping.record_lane(large), 3);
 }
 
+TEST_F(CrossCoordinates, ALaneThatIsForgottenFreesItsSite) {
+    Mapping mapping("tq7a5");
+    const Lane first = mapping.lane("top/a", "RAMB36", 0, 12);
+    const Lane second = mapping.lane("top/b", "RAMB36", 0, 12);
+    EXPECT_EQ(mapping.record_lane(first), 0);
+    EXPECT_EQ(first->locatedIn, &mapping.record);
+    memdata::forgetLocatedLane(first.get());
+    EXPECT_EQ(first->locatedIn, nullptr);
+    EXPECT_EQ(mapping.at(4, 0).lane, nullptr);
+    EXPECT_EQ(mapping.at(5, 0).lane, nullptr);
+    EXPECT_EQ(mapping.record_lane(second), 0);
+    EXPECT_EQ(mapping.at(4, 0).lane, second.get());
+    memdata::forgetLocatedLane(first.get()); // not recorded any more
+    EXPECT_EQ(mapping.at(4, 0).lane, second.get());
+}
+
+TEST_F(CrossCoordinates, ALaneThatIsForgottenLeavesTheSiteToALaneOfItsInstance) {
+    Mapping mapping("tq7a5");
+    const Lane first = mapping.lane("top/a", "RAMB36", 0, 12);
+    const Lane second = mapping.lane("top/a", "RAMB36", 0, 12);
+    EXPECT_EQ(mapping.record_lane(first), 0);
+    EXPECT_EQ(mapping.record_lane(second), 0);
+    memdata::forgetLocatedLane(second.get());
+    EXPECT_EQ(mapping.at(4, 0).lane, first.get());
+}
+
+TEST_F(CrossCoordinates, ADuplicateThatIsForgottenLeavesNoRowBehind) {
+    Mapping mapping("tq7a5");
+    const Lane upper = mapping.lane("top/b", "RAMB18", 0, 25);
+    const Lane large = mapping.lane("top/a", "RAMB36", 0, 12); // gets the lower row and then fails
+    const Lane lower = mapping.lane("top/c", "RAMB18", 0, 24);
+    CapturedAlerts alerts;
+    EXPECT_EQ(mapping.record_lane(upper), 0);
+    EXPECT_EQ(mapping.record_lane(large), 3);
+    memdata::forgetLocatedLane(large.get());
+    EXPECT_EQ(mapping.record_lane(lower), 0);
+    EXPECT_EQ(mapping.at(5, 0).lane, upper.get());
+}
+
+TEST_F(CrossCoordinates, APairThatIsForgottenFreesBothRows) {
+    Mapping mapping("td6a24");
+    const Lane pair = mapping.lane("top/a", "RAMB18", 0, 2);
+    const Lane even = mapping.lane("top/b", "RAMB9", 0, 2);
+    const Lane odd = mapping.lane("top/c", "RAMB9", 0, 3);
+    EXPECT_EQ(mapping.record_lane(pair), 0);
+    memdata::forgetLocatedLane(pair.get());
+    EXPECT_EQ(mapping.record_lane(even), 0);
+    EXPECT_EQ(mapping.record_lane(odd), 0);
+}
+
 // Places without silicon.
 
 TEST_F(CrossCoordinates, ALocationOnNoSiliconIsNeitherRecordedNorRefused) {

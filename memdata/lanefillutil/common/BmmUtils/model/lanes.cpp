@@ -7,6 +7,11 @@
 #include <cstddef>
 #include <cstring>
 
+// Upward: the table of locations names lanes. Defined with the device tables.
+namespace memdata {
+void forgetLocatedLane(BitLaneType* lane);
+}
+
 namespace {
 
 // The record with room for the name behind it.
@@ -111,6 +116,7 @@ BitLaneGridElemType* create_bitLane_grid_element(BitLaneType* existing, const ch
 
 void delete_bitLane_element(BitLaneType* lane) {
     if (lane == nullptr) return;
+    if (lane->locatedIn != nullptr) memdata::forgetLocatedLane(lane);
     DeleteFileSpec(&lane->inputFile);
     DeleteFileSpec(&lane->outputFile);
     DeleteFileSpec(&lane->initFile);

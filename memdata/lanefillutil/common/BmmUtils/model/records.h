@@ -227,6 +227,7 @@ struct BitLaneType {
 
     // Ours, ahead of the name, which takes the rest of the block.
     TransformRangeType* currentRange; // the one of transformRanges that is being written, or null
+    AddressMappingType* locatedIn;    // whose table of locations names this lane, or null; not owned
     bool isReplaced;                  // its data went into a configuration stream
 
     char name[1]; // full instance name, terminated

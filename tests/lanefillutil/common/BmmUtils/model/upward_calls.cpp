@@ -17,3 +17,9 @@ int finish_addressSpace_data(AddressSpaceDefType* space) {
     memdata::testing::layOut(space);
     return memdata::testing::gUpwardCalls.finishStatus;
 }
+
+// No lane of these tests is located on a device.
+namespace memdata {
+void forgetLocatedLane(BitLaneType* lane);
+}
+void memdata::forgetLocatedLane(BitLaneType*) {}
