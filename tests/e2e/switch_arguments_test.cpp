@@ -115,12 +115,8 @@ constexpr Misuse kWRONG[] = {
     {"-bm data.mem", 10, "143 - Unknown file extension on BMM file 'data.mem'."},
     {"-bm soc.bmm frob", 14, "125 - Illegal '-bm' option modifier 'frob', 'root' expected."},
     {"-bm soc.bmm root 5", 3, "11 - Unexpected symbol '5', 'BRAM instance name' expected."},
-    {"-bm soc.bmm -bd soc.bmm", 1,
-        "ERROR: [memdata 28-295] Data file 'soc.bmm' has an extension that stands for no known format. Give a file that ends in "
-        "elf, drf, mem, vmf, vmem, coe or mif."},
-    {"-bm soc.bmm -bd a.bit", 1,
-        "ERROR: [memdata 28-294] Bit file 'a.bit' cannot serve as a data file. Give the program as an ELF or MEM file, and "
-        "the bit file with its own option."},
+    {"-bm soc.bmm -bd soc.bmm", 1, "3 - Unknown file extension on data file 'soc.bmm'."},
+    {"-bm soc.bmm -bd a.bit", 1, "86 - Data file 'a.bit' is a bit file, which holds no software."},
     {"-bd data.mem tag 5", 14, "62 - Expected the 'tag' address space name"},
     {"-bd data.mem frob", 14, "59 - Illegal '-bd' option modifier 'frob', 'tag', 'boot' or 'start' expected."},
     {"-bx . frob", 14, "59 - Illegal '-bd' option modifier 'frob', 'tag', 'boot' or 'start' expected."},

@@ -258,9 +258,11 @@ TEST_F(ToolRuns, SegmentsThatAreLeftOutAreCounted) {
     EXPECT_EQ(run({"-w", "-bm", "soc.bmm", "-bd", "part.mem", "-bx", "all", "-i"}).err, "");
 }
 
-TEST_F(ToolRuns, ProgressIsSilentOnAPipe) {
-    const ToolResult result = run({"-bm", "soc.bmm", "-bd", "data.mem", "-bx"});
-    EXPECT_EQ(result.err, "");
+TEST_F(ToolRuns, ProgressOnRequestAddsNothingToARunWithoutABitFile) {
+    const ToolResult result = run({"-pg", "-bm", "soc.bmm", "-bd", "data.mem", "-bx"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.all(), "");
+    EXPECT_THAT(read("cpu.ram_0.mem"), EndsWith("\n    13 93\n"));
 }
 
 } // namespace
