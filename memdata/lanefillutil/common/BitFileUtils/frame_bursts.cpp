@@ -20,6 +20,8 @@ using namespace memdata;
 
 constexpr int kUNSUPPORTED_STATUS = 3;
 constexpr u32 kLONG_COUNT_BYTES = 4; // in one word or two
+constexpr u64 kCOPY_BLOCK_BYTES = 256 * 1024;
+constexpr u64 kCOLUMN_PAD_BYTES = 4096; // more than the pads between columns ever take
 
 bool isFirstGeneration(const TarselDeviceType* device) {
     return (device->family->familyMask & kFIRST_GENERATION_MASK) != 0;
@@ -44,6 +46,73 @@ int replaceColumns(const StreamWalk& walk, Burst& burst, const BramColumns& colu
     return 0;
 }
 
+// Counts a burst off the stream: from here on its words are there, or the file is shorter than its header says.
+int beginBurst(StreamWalk& walk, u32 commandWord, u64* wordCount) {
+    if (int status = GetFDRIregWordLength(walk, commandWord, wordCount); status != 0) return status;
+    const u64 bytes = *wordCount * walk.family().configWordBytes;
+    if (bytes > *walk.remaining) return streamEndsEarly(walk, bytes);
+    *walk.remaining -= static_cast<u32>(bytes);
+    return 0;
+}
+
+int readBytes(StreamWalk& walk, u8* to, u64 byteCount) {
+    const int status = ReadData(walk.input, to, byteCount);
+    return status == kEND_OF_CONTENTS ? streamEndsEarly(walk, byteCount) : status;
+}
+
+int readWords(StreamWalk& walk, u64 wordCount, Burst* burst) {
+    burst->wordCount = wordCount;
+    const u64 bytes = burst->bytes(walk);
+    burst->data.reset(static_cast<u8*>(getMemory("'std::uint8_t' data", std::max<u64>(bytes, 1))));
+    if (burst->data == nullptr) return PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "BRAM data buffer", bytes, bytes);
+    return readBytes(walk, burst->data.get(), bytes);
+}
+
+// Words that nobody changes: through a small block, so that no memory is touched for them.
+int copyWords(StreamWalk& walk, u32 commandWord, u64 wordCount) {
+    const u64 wordBytes = walk.family().configWordBytes;
+    const u64 blockWords = kCOPY_BLOCK_BYTES / wordBytes;
+    if (wordCount != 0) walk.block.resize(kCOPY_BLOCK_BYTES);
+    while (wordCount > 0) {
+        const u64 count = std::min(wordCount, blockWords);
+        if (int status = readBytes(walk, walk.block.data(), count * wordBytes); status != 0) return status;
+        if (int status = WriteData(walk.output, walk.block.data(), count * wordBytes); status != 0) return status;
+        CRC_Data(walk.device, commandWord, walk.block.data(), count);
+        wordCount -= count;
+    }
+    return 0;
+}
+
+// The words of a burst that hold the columns, with what pads may move them on.
+int copyColumns(StreamWalk& walk, u32 commandWord, u64 wordCount, const BramColumns& columns) {
+    Burst burst;
+    int status = readWords(walk, wordCount, &burst);
+    if (status == 0) status = replaceColumns(walk, burst, columns);
+    if (status == 0) status = writeBurst(walk, burst);
+    // Behind the change: the CRC is that of the new frames.
+    if (status == 0) CRC_Data(walk.device, commandWord, burst.data.get(), burst.wordCount);
+    return status;
+}
+
+// The words ahead of the columns, those with columns, and the rest.
+int copyBurst(StreamWalk& walk, u32 commandWord) {
+    u64 wordCount = 0;
+    if (int status = beginBurst(walk, commandWord, &wordCount); status != 0) return status;
+    const u64 wordBytes = walk.family().configWordBytes;
+    BramColumns columns;
+    if (walk.addressMapping != nullptr)
+        if (int status = bramColumns(walk, wordCount * wordBytes, &columns); status != 0) return status;
+    if (columns.count == 0) return copyWords(walk, commandWord, wordCount);
+
+    const u64 ahead = columns.start / wordBytes;
+    const u64 reach = (columns.columnBytes + kCOLUMN_PAD_BYTES) * columns.count;
+    const u64 held = std::min(wordCount - ahead, (reach + wordBytes) / wordBytes);
+    columns.start -= ahead * wordBytes;
+    int status = copyWords(walk, commandWord, ahead);
+    if (status == 0) status = copyColumns(walk, commandWord, held, columns);
+    return status != 0 ? status : copyWords(walk, commandWord, wordCount - ahead - held);
+}
+
 } // namespace
 
 int GetFDRIregWordLength(StreamWalk& walk, u32 commandWord, u64* count) {
@@ -66,17 +135,9 @@ void memdata::releaseBurst(u8* data) {
 }
 
 int memdata::readBurst(StreamWalk& walk, u32 commandWord, Burst* burst) {
-    u64 count = 0;
-    if (int status = GetFDRIregWordLength(walk, commandWord, &count); status != 0) return status;
-    burst->wordCount = count;
-    const u64 bytes = burst->bytes(walk);
-    if (bytes > *walk.remaining) return streamEndsEarly(walk, bytes);
-    burst->data.reset(static_cast<u8*>(getMemory("'std::uint8_t' data", std::max<u64>(bytes, 1))));
-    if (burst->data == nullptr) return PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "BRAM data buffer", bytes, bytes);
-    const int status = ReadData(walk.input, burst->data.get(), bytes);
-    if (status == kEND_OF_CONTENTS) return streamEndsEarly(walk, bytes); // the file is shorter than its header says
-    *walk.remaining -= static_cast<u32>(bytes);
-    return status;
+    u64 wordCount = 0;
+    const int status = beginBurst(walk, commandWord, &wordCount);
+    return status != 0 ? status : readWords(walk, wordCount, burst);
 }
 
 int memdata::writeBurst(StreamWalk& walk, const Burst& burst) {
@@ -122,18 +183,13 @@ int OutputFDRIregOp(StreamWalk& walk, u32 commandWord) {
         if (walk.copies()) return WriteConfigWord(walk.output, walk.device, commandWord);
         return 0;
     }
-    Burst burst;
-    int status = readBurst(walk, commandWord, &burst);
-    if (status == 0 && !walk.copies()) status = DumpFDRIData(walk, commandWord, burst);
-    if (status == 0 && walk.copies()) {
-        BramColumns columns;
-        if (walk.addressMapping != nullptr) {
-            status = bramColumns(walk, burst.bytes(walk), &columns);
-            if (status == 0) status = replaceColumns(walk, burst, columns);
-        }
-        if (status == 0) status = writeBurst(walk, burst);
-        // Behind the change: the CRC is that of the new frames.
-        if (status == 0) CRC_Data(walk.device, commandWord, burst.data.get(), burst.wordCount);
+    int status = 0;
+    if (walk.copies()) {
+        status = copyBurst(walk, commandWord);
+    } else {
+        Burst burst;
+        status = readBurst(walk, commandWord, &burst);
+        if (status == 0) status = DumpFDRIData(walk, commandWord, burst);
     }
     ++walk.fdriWrites;
     return status;
