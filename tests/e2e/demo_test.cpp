@@ -71,5 +71,53 @@ TEST_F(DemoComparison, FindsAByteThatDoesNotBelongThere) {
     EXPECT_EQ(result.err, "1 bytes come from nowhere, the first at 0x0000C400\n");
 }
 
+TEST(Demo, ItsFirmwareIsWhatTheSourceGives) {
+    if (runProgram("riscv64-unknown-elf-gcc", {"--version"}).status != 0)
+        GTEST_SKIP() << "gcc-riscv64-unknown-elf is not installed";
+    const TemporaryFolder folder;
+    const ToolResult result = runProgram(kEXAMPLE + "firmware/build.sh", {folder.file("app.elf")});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_TRUE(readFile(folder.file("app.elf")) == readFile(kEXAMPLE + "app.elf"));
+}
+
+// The look at two bit files, on a stream of four frames of a word, the last two of block RAM, and a CRC word.
+class DemoChanges : public ::testing::Test {
+protected:
+    static constexpr size_t kCLB_FRAME = 12;
+    static constexpr size_t kBRAM_FRAME = 16;
+    static constexpr size_t kCRC = 28;
+
+    DemoChanges()
+        : old_(std::string("\xAA\x99\x55\x66\x30\0\x40\4", 8) + std::string(16, 'f') +
+               std::string("\x30\0\0\1crc.", 8)) {}
+    ToolResult changed(const std::vector<size_t>& places) const {
+        std::string changed = old_;
+        for (size_t place : places) changed[place] ^= 1;
+        return runProgram("python3",
+            {kEXAMPLE + "changes.py", folder_.write("old.bit", old_), folder_.write("new.bit", changed), "32", "2"});
+    }
+
+    const TemporaryFolder folder_;
+    const std::string old_;
+};
+
+TEST_F(DemoChanges, TellsFramesOfBlockRamAndCrcWords) {
+    const ToolResult result = changed({kBRAM_FRAME, kBRAM_FRAME + 7, kCRC});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, "    2 frames of 4 bytes, number 2 to 3 of the stream; block RAM begins at 2\n"
+                          "    2 bytes in them, 1 CRC word(s), and none of the other 29 bytes\n");
+}
+
+TEST_F(DemoChanges, FailsOverAnyOtherChange) {
+    const ToolResult result = changed({kBRAM_FRAME, kCLB_FRAME, kCRC});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "1 bytes outside of block RAM and CRC words changed, the first at offset 12\n");
+}
+
+TEST_F(DemoChanges, FailsWhenTheCrcWordIsTheOldOne) {
+    EXPECT_EQ(changed({kBRAM_FRAME}).status, 1);
+    EXPECT_EQ(changed({}).status, 1);
+}
+
 } // namespace
 } // namespace memdata::testing
