@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <functional>
 #include <string_view>
+#include <utility>
 
 using memdata::SymbolIndexType;
 using memdata::symbolName;
@@ -36,34 +37,32 @@ void link(const SymbolIndexType* index, symbol_entry* entry) {
     *slot = entry;
 }
 
-template<class Visitor>
-void visit_chains(symbol_table* table, Visitor visit) {
-    for (u32 bucket = 0; bucket < table->size; ++bucket)
-        for (symbol_entry* entry = *(table->buckets + bucket); entry != nullptr; entry = entry->next)
-            visit(entry, bucket);
+// From slot to slot, where neighbours are read at once: along the chains each entry would wait for the one before.
+bool set_slot_count(SymbolIndexType* index, u32 slotCount) {
+    auto* slots = static_cast<symbol_entry**>(
+        getMemory("slots of 'symbol_table' index", size_t{slotCount} * sizeof(symbol_entry*)));
+    if (slots == nullptr) return false;
+    const SymbolIndexType old = std::exchange(*index, {index->symbolCount, slotCount, slots, index->ends});
+    for (u32 i = 0; i < old.slotCount; ++i)
+        for (symbol_entry* entry = old.slots[i]; entry != nullptr;)
+            link(index, std::exchange(entry, entry->nextInSlot));
+    if (old.slots != nullptr) releaseMemory(old.slots);
+    return true;
 }
 
 // Ends of chains and hashes of entries are kept only while there is an index.
 bool begin_index(symbol_table* table, SymbolIndexType* index) {
     index->ends =
         static_cast<symbol_entry***>(getMemory("ends of 'symbol_table' chains", table->size * sizeof(symbol_entry**)));
-    if (index->ends == nullptr) return false;
-    for (u32 bucket = 0; bucket < table->size; ++bucket) index->ends[bucket] = table->buckets + bucket;
-    visit_chains(table, [index](symbol_entry* entry, u32 bucket) {
-        index->ends[bucket] = &entry->next;
-        entry->slotHash = slot_hash(symbolName(entry), entry->space, entry->scope);
-    });
-    return true;
-}
-
-bool set_slot_count(symbol_table* table, SymbolIndexType* index, u32 slotCount) {
-    auto* slots = static_cast<symbol_entry**>(
-        getMemory("slots of 'symbol_table' index", size_t{slotCount} * sizeof(symbol_entry*)));
-    if (slots == nullptr) return false;
-    if (index->slots != nullptr) releaseMemory(index->slots);
-    index->slots = slots;
-    index->slotCount = slotCount;
-    visit_chains(table, [index](symbol_entry* entry, u32) { link(index, entry); });
+    if (index->ends == nullptr || !set_slot_count(index, std::bit_ceil(index->symbolCount * 2))) return false;
+    for (u32 bucket = 0; bucket < table->size; ++bucket) {
+        symbol_entry** end = table->buckets + bucket;
+        for (; *end != nullptr; end = &(*end)->next) {
+            (*end)->slotHash = slot_hash(symbolName(*end), (*end)->space, (*end)->scope);
+            link(index, *end);
+        }
+        index->ends[bucket] = end;
+    }
     return true;
 }
 
@@ -89,10 +88,10 @@ bool memdata::makeRoomInIndex(symbol_table* table) {
     SymbolIndexType* index = indexOf(table);
     if (index->slotCount != 0) {
         if (index->symbolCount < index->slotCount || index->slotCount == kLARGEST_SLOT_COUNT) return true;
-        return set_slot_count(table, index, index->slotCount * 2);
+        return set_slot_count(index, index->slotCount * 2);
     }
     if (index->symbolCount < table->size * kSYMBOLS_PER_CHAIN) return true;
-    if (begin_index(table, index) && set_slot_count(table, index, std::bit_ceil(index->symbolCount * 2))) return true;
+    if (begin_index(table, index)) return true;
     dropIndex(table);
     return false;
 }
