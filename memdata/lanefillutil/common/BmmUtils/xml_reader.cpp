@@ -147,6 +147,11 @@ int warn_about_content(const fileSpecType* spec, int status) {
     return PrintWarning(kERROR_EMPTY_INPUT_FILE, status, spec->fullName, "XML");
 }
 
+// What was said about the contents had no place to point at: the file is told at least.
+int tell_file(const fileSpecType* spec, int status) {
+    return PrintError(kERROR_MESSAGE_STRING, status, formatted("Address map '%s' is refused.", spec->fullName));
+}
+
 } // namespace
 
 int parse_XML_addressBusBlocks(LNF_XML_Element* element, const char* root, AddressSpaceDefType* space,
@@ -207,5 +212,6 @@ int open_and_parse_bmm_XML(fileSpecType* spec, AddressMappingType* mapping, cons
     if (int status = LNF_XML_ReadXML(&document, spec, rescanText, 0); status != 0)
         return warn_about_content(spec, status);
     const int status = parse_XML_bmm_file(&document, root, mapping);
-    return status == kNO_CONTENT_STATUS ? warn_about_content(spec, status) : status;
+    if (status == kNO_CONTENT_STATUS) return warn_about_content(spec, status);
+    return status == kSYNTAX_STATUS ? tell_file(spec, status) : status;
 }

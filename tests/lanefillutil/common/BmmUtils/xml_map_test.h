@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace memdata::testing {
@@ -57,6 +58,8 @@ inline std::string lone_space(
                                     {range(memory, blocks)})})});
 }
 
+inline constexpr std::string_view kREFUSED = "\nERROR:Lanefill:86 - Address map 'map.xml' is refused.\n\n";
+
 class XmlMapTest : public ::testing::Test {
 protected:
     XmlMapTest() { RegisterSystemToolName("Lanefill"); }
@@ -75,12 +78,17 @@ protected:
         const int status = read(map.get(), text, root);
         return status == 0 ? dump(map.get()) : "status " + std::to_string(status);
     }
-    // "STATUS: alerts" of reading a document.
+    // "STATUS: alerts" of reading a document; a refusal without the last alert, which has to name the file.
     std::string said(const std::string& text) {
         TestMap map;
         CapturedAlerts alerts;
         const int status = read(map.get(), text);
-        return std::to_string(status) + ":" + alerts.text();
+        std::string all = alerts.text();
+        if (status == 3) {
+            EXPECT_TRUE(all.ends_with(kREFUSED)) << all;
+            all.resize(all.size() - std::min(all.size(), kREFUSED.size()));
+        }
+        return std::to_string(status) + ":" + all;
     }
     static std::string dump(const AddressMappingType* mapping) {
         const std::string text = dumpMapping(mapping);
