@@ -18,7 +18,7 @@ constexpr u64 kGROWTH_LIMIT = 4'000'000; // bytes
 constexpr rlim_t kADDRESS_SPACE = 4'000'000ul * 1024;
 
 // Bytes of the process that stand in memory and come from no file.
-u64 residentBytes() {
+[[maybe_unused]] u64 residentBytes() {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);)
         if (line.starts_with("RssAnon:")) return std::stoull(line.substr(std::strlen("RssAnon:"))) * 1024;
