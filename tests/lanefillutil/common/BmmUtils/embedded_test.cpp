@@ -53,6 +53,25 @@ TEST(EmbeddedNumbers, ARangeIsOneNumberOrTwo) {
     EXPECT_EQ(parse_embedded_number_range(nullptr, nullptr, nullptr, &first, &second), 3);
 }
 
+TEST(EmbeddedNumbers, ARangeThatIsNoneIsToldWhereAStreamIsGiven) {
+    const SystemResources resources;
+    RegisterSystemToolName("Lanefill");
+    TextReader reader("  here", &bmm_keyword_set, "map.bmm");
+    reader.next();
+    CapturedAlerts alerts;
+    const auto said = [&](const char* text) {
+        u64 first = 0;
+        u64 second = 0;
+        EXPECT_EQ(parse_embedded_number_range(reader, reader.token(), text, &first, &second), 3);
+        return alerts.take();
+    };
+    EXPECT_EQ(
+        said("x"), alertAt("6 - Illegal token 'x', 'invalid starting expression token' expected.", 1, "  here", 2));
+    EXPECT_EQ(
+        said("7:x"), alertAt("6 - Illegal token '7:x', 'invalid ending expression token' expected.", 1, "  here", 2));
+    EXPECT_EQ(said("7;0"), alertAt("6 - Illegal token '7;0', 'range separator ':'' expected.", 1, "  here", 2));
+}
+
 struct LocationCase {
     const char* text;
     int status;

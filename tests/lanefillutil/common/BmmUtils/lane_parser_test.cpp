@@ -60,6 +60,8 @@ TEST(LaneText, CountsParityBitsFromFiveBitsOnWhereWidthsHaveParity) {
     EXPECT_EQ(addresses("RAMB16", 8), 2048u);
     EXPECT_EQ(addresses("RAMB18", 9), 2048u);
     EXPECT_EQ(addresses("RAMB18", 4), 4096u);
+    EXPECT_EQ(addresses("RAMB18", 5), 18432u / 5);
+    EXPECT_EQ(addresses("RAMB16", 5), 16384u / 5);
     EXPECT_EQ(addresses("RAMB36", 36), 1024u);
 }
 
@@ -243,6 +245,49 @@ TEST(LaneText, OfAMemoryThatIsNoBlockRamHasNoLocation) {
     expectAlert("u0 [7:0] LOC = X0Y0;",
         "13 - Unexpected keyword 'LOC', LOC/PLACED constraints aren't allowed in MEMORY defined ADDRESS_BLOCKs.", 9,
         "MEMORY");
+    MapText map;
+    const std::string line = "u0 [7:0] PLACED = X0Y0;";
+    EXPECT_EQ(map.read("DEFINE_MEMORY_TYPE MINE [2048] 8;\nADDRESS_SPACE ram MINE [0:0x7FF]\nBUS_BLOCK\n" + line), 3);
+    EXPECT_EQ(map.alerts(),
+        alertAt("13 - Unexpected keyword 'PLACED', LOC/PLACED constraints aren't allowed in MEMORY defined "
+                "ADDRESS_BLOCKs.",
+            4, line, 9));
+}
+
+TEST(LaneText, OfAnotherMemoryThanItsRangeMayHaveALocation) {
+    MapText map;
+    const std::string start = "DEFINE_MEMORY_TYPE MINE [2048] 8;\nADDRESS_SPACE ram MINE [0:0x7FF]\nBUS_BLOCK\n";
+    EXPECT_EQ(map.read(start + "u0 RAMB16 [7:0] LOC = X1Y2;\nEND_BUS_BLOCK;\nEND_ADDRESS_SPACE;\n"), 0) << map.alerts();
+    EXPECT_EQ(map.lane()->lane->locRow, 2u);
+    EXPECT_EQ(map.space()->ranges->locatedDeviceCount, 1u);
+}
+
+TEST(LaneText, IsOfAMemoryThatTheDeviceHas) {
+    MapText map({}, "tq7a5");
+    const std::string message =
+        "104 - Unknown memory type, 'RAMB4', for the specified device 'tq7a5'. Or unknown user defined memory type.";
+    EXPECT_EQ(map.read(laneSpace("u0 RAMB4 [7:0];")), 3);
+    EXPECT_EQ(map.alerts(), alertAt(message, 3, "    u0 RAMB4 [7:0];", 7));
+    EXPECT_EQ(map.read(laneSpace("u0 [7:0];", "RAMB4")), 3);
+    EXPECT_EQ(map.alerts(), alertAt(message, 1, "ADDRESS_SPACE ram RAMB4 [0:0x7FF]", 18));
+}
+
+TEST(LaneText, GoesOnBehindTheFirstDataLaneOfTheBlockAbove) {
+    EXPECT_EQ(lanes("RAMB16", 4096, block("e ECCH32-7 [14:8];\na [7:0] [0:99];") + block("b [7:0];")),
+        "        a[7:0][0:99]\n        e[14:8][0:2339] ECCH32-7\n      block 0x800-0xFFF\n"
+        "        b[7:0][100:2147]\n");
+}
+
+TEST(BlockText, IsCheckedByTheCodeOfItsFirstEccLane) {
+    MapText map;
+    ASSERT_EQ(map.read("ADDRESS_SPACE ram RAMB16 [0:0x7FF]\nBUS_BLOCK\nd [7:0];\ne ECCHSIAO32-7 [14:8];\n"
+                       "f ECCH64-8 [22:15];\nEND_BUS_BLOCK;\nEND_ADDRESS_SPACE;\n"),
+        0)
+        << map.alerts();
+    const BusBlockType* read = map.space()->ranges->busBlocks[0];
+    EXPECT_EQ(read->eccType, kECC_HSIAO32_7);
+    EXPECT_EQ(read->eccBusWidth, 15u);
+    EXPECT_EQ(read->eccLanes[1]->eccType, kECC_H64_8);
 }
 
 TEST(BlockText, MustNotBeEmpty) {

@@ -45,6 +45,18 @@ TEST(MapFile, ExpectsAStatement) {
             2, "BUS_BLOCK", 0));
 }
 
+TEST(MapFile, NamesItsKeywordsInMessagesByTheirRequiredRows) {
+    struct Row {
+        const token_type* type;
+        const char* word;
+    };
+    constexpr Row kROWS[] = {{&kADDRESS_MAP_KEYWORD, "ADDRESS_MAP"}, {&kEND_ADDRESS_MAP_KEYWORD, "END_ADDRESS_MAP"},
+        {&kEND_ADDRESS_SPACE_KEYWORD, "END_ADDRESS_BLOCK"}, {&kEND_ADDRESS_TEMPLATE_KEYWORD, "END_ADDRESS_TEMPLATE"},
+        {&kADDRESS_RANGE_KEYWORD, "ADDRESS_SPACE"}, {&kEND_ADDRESS_RANGE_KEYWORD, "END_ADDRESS_SPACE"},
+        {&kBUS_BLOCK_KEYWORD, "ADDRESS_RANGE"}, {&kEND_BUS_BLOCK_KEYWORD, "END_ADDRESS_RANGE"}};
+    for (const Row& row : kROWS) EXPECT_STREQ(blockStructureWord(*row.type), row.word);
+}
+
 TEST(MapFile, EndsAtTheFirstFailure) {
     MapText map;
     EXPECT_EQ(map.read(kRAM + "oops\n" + byteSpace("rom", "u1", "0x1000")), 3);
@@ -285,6 +297,29 @@ TEST(MemoryType, KeepsItsFirstSizesWhenDefinedAgain) {
         0)
         << map.alerts();
     EXPECT_EQ(map.space()->ranges->memory->type->dataBits, 32768u);
+}
+
+TEST(MemoryType, IsAWordOfItsFileOnly) {
+    MapText map;
+    ASSERT_EQ(map.read("DEFINE_MEMORY_TYPE BIGRAM [4096] 8;\n"), 0);
+    EXPECT_EQ(map.read("ADDRESS_SPACE ram BIGRAM [0:0xFFF]\n"), 3);
+    EXPECT_EQ(map.alerts(), alertAt("11 - Unexpected symbol 'BIGRAM', 'ADDRESS_SPACE memory type' expected.", 1,
+                                "ADDRESS_SPACE ram BIGRAM [0:0xFFF]", 18));
+}
+
+TEST(MemoryType, IsOneTypeForAllFilesThatDefineIt) {
+    const std::string define = "DEFINE_MEMORY_TYPE BIGRAM [4096] 8;\n";
+    MapText map;
+    ASSERT_EQ(map.read(define + "ADDRESS_TEMPLATE t BIGRAM [4096]\nBUS_BLOCK\nu [7:0];\nEND_BUS_BLOCK;\n"
+                                "END_ADDRESS_TEMPLATE;\n"),
+        0);
+    // A lane may name the memory again: it is still that of its range.
+    ASSERT_EQ(map.read(define + "ADDRESS_SPACE ram BIGRAM [0:0xFFF]\nBUS_BLOCK\nu1 BIGRAM [7:0];\nEND_BUS_BLOCK;\n"
+                                "END_ADDRESS_SPACE;\nADDRESS_INSTANCE t i [0x1000] top;\n"),
+        0)
+        << map.alerts();
+    EXPECT_EQ(map.space(0)->ranges->memory, map.space(1)->ranges->memory);
+    EXPECT_EQ(map.lane()->lane->memory, map.space()->ranges->memory);
 }
 
 TEST(MemoryType, MustNotTakeAWordOfTheLanguage) {
