@@ -50,6 +50,14 @@ protected:
         return text;
     }
 
+    // "ADDRESS:START" of each range, 0 for one without a start.
+    static std::string starts(const AddressSpaceDefType* space) {
+        std::string text;
+        for (const TransformRangeType* range = space->transformRanges; range != nullptr; range = range->next)
+            text += formatted("%llX:%llX ", range->start, range->hasStartAddress ? range->startAddress : 0);
+        return text;
+    }
+
     TestMap map;
     TemporaryFolder folder;
     CapturedAlerts alerts;
@@ -218,11 +226,17 @@ TEST_F(RealFiles, BehindAStartFollowWithoutOneOfTheirOwn) {
     add("third.mem", "@50 12 34\n")->start = {true, 0x8000};
     add("fourth.mem", "@60 56\n");
     EXPECT_EQ(run(), 0);
-    std::string starts;
-    for (const TransformRangeType* range = space->transformRanges; range != nullptr; range = range->next)
-        starts += formatted("%llX:%llX ", range->start, range->hasStartAddress ? range->startAddress : 0);
     // Two bytes at 0x10, a gap of 14, one at 0x20: 0x1011 is free then.
-    EXPECT_EQ(starts, "10:1000 20:1010 40:1011 50:8000 60:8002 ");
+    EXPECT_EQ(starts(space), "10:1000 20:1010 40:1011 50:8000 60:8002 ");
+}
+
+TEST_F(RealFiles, AFileThatLiesOutsideOfEverySpaceUsesUpTheStartThatItTook) {
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB4", {"a[7:0]"});
+    add("first.mem", "@10 1 2\n")->start = {true, 0x1000};
+    add("second.mem", "@8000 3\n");
+    add("third.mem", "@20 4\n");
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(starts(space), "10:1000 20:0 ");
 }
 
 TEST_F(RealFiles, AnElfFileGivesTheBootAddressAndATextNone) {
