@@ -55,22 +55,34 @@ u32 enterQuadByTable(u32 crc, u64 quad) {
     return crc;
 }
 
-// Strings the units together, least significant bits first, and enters the string 64 bits at a time.
-[[gnu::always_inline]] inline u32 enterUnits(u32 crc, u32 address, const u8* data, u64 wordCount, auto enterQuad) {
-    const u64 addressBits = u64{address & ((1U << kADDRESS_BITS) - 1)} << 32;
+// Units strung together, least significant bits first. A full 64 bits go to enterQuad; held of the last ones stay in quad.
+struct UnitString {
     u64 quad = 0;
-    u32 held = 0; // bits in quad
-    for (u64 i = 0; i < wordCount; ++i) {
-        const u64 unit = addressBits | bigEndianWord(data + 4 * i);
+    u32 held = 0;
+
+    [[gnu::always_inline]] void append(u64 unit, u32& crc, auto enterQuad) {
         quad |= unit << held;
         held += kUNIT_BITS;
-        if (held < 64) continue;
+        if (held < 64) return;
         crc = enterQuad(crc, quad);
         held -= 64;
         quad = held == 0 ? 0 : unit >> (kUNIT_BITS - held);
     }
-    for (; held >= 8; held -= 8, quad >>= 8) crc = enterByte(crc, static_cast<u32>(quad & 0xFF), kCRC_32C_TABLE);
-    return enterBits(crc, static_cast<u32>(quad), held, kCRC_32C_POLYNOMIAL);
+};
+
+[[gnu::always_inline]] inline u32 enterUnits(u32 crc, u32 address, const u8* data, u64 wordCount, auto enterQuad) {
+    constexpr u64 kROUND_WORDS = 64; // whose units fill 37 times 64 bits: all shifts are constants
+    const u64 addressBits = u64{address & ((1U << kADDRESS_BITS) - 1)} << 32;
+    for (; wordCount >= kROUND_WORDS; wordCount -= kROUND_WORDS, data += 4 * kROUND_WORDS) {
+        UnitString units;
+#pragma GCC unroll 64
+        for (u64 i = 0; i < kROUND_WORDS; ++i) units.append(addressBits | bigEndianWord(data + 4 * i), crc, enterQuad);
+    }
+    UnitString units;
+    for (; wordCount > 0; --wordCount, data += 4) units.append(addressBits | bigEndianWord(data), crc, enterQuad);
+    for (; units.held >= 8; units.held -= 8, units.quad >>= 8)
+        crc = enterByte(crc, static_cast<u32>(units.quad & 0xFF), kCRC_32C_TABLE);
+    return enterBits(crc, static_cast<u32>(units.quad), units.held, kCRC_32C_POLYNOMIAL);
 }
 
 #ifdef __x86_64__
