@@ -167,6 +167,13 @@ TEST(ProcessorMap, KnowsAllProcessorWordsInAnyCase) {
     }
 }
 
+TEST(ProcessorMap, OfAWordThatWasAddedHasATypeOfItsOwn) {
+    MapText map;
+    ASSERT_EQ(extend_token_symbol_set(&bmm_keyword_set, "MYCPU", true, &kPROCESSOR_TYPE_TOKEN, nullptr), 0);
+    ASSERT_EQ(map.read("ADDRESS_MAP cpu MYCPU 1 END_ADDRESS_MAP;"), 0) << map.alerts();
+    EXPECT_EQ(map->addressMaps->processorType, 0x100u);
+}
+
 TEST(ProcessorMap, KeepsThirtyTwoBitsOfItsNumber) {
     MapText map;
     EXPECT_EQ(map.read("ADDRESS_MAP cpu ARM 0x123456789 END_ADDRESS_MAP;"), 0);
@@ -320,6 +327,14 @@ TEST(MemoryType, IsOneTypeForAllFilesThatDefineIt) {
         << map.alerts();
     EXPECT_EQ(map.space(0)->ranges->memory, map.space(1)->ranges->memory);
     EXPECT_EQ(map.lane()->lane->memory, map.space()->ranges->memory);
+}
+
+TEST(MemoryType, MayHaveItsSizeTwice) {
+    MapText map;
+    EXPECT_EQ(map.read("DEFINE_MEMORY_TYPE BIGRAM [4096:0x1000] 8;\nADDRESS_SPACE ram BIGRAM [0:0xFFF]\nBUS_BLOCK\n"
+                       "u0 [7:0];\nEND_BUS_BLOCK;\nEND_ADDRESS_SPACE;\n"),
+        0)
+        << map.alerts();
 }
 
 TEST(MemoryType, MustNotTakeAWordOfTheLanguage) {

@@ -236,6 +236,41 @@ TEST(TemplateText, MayEndAsASpaceDoes) {
                                 5, "END_ADDRESS_MAP;", 0));
 }
 
+TEST(TemplateText, MayHaveItsSizeTwice) {
+    MapText map;
+    ASSERT_EQ(map.read("ADDRESS_TEMPLATE t RAMB16 [2048:0x800]\n" + kBODY + "END_ADDRESS_TEMPLATE;\n"), 0)
+        << map.alerts();
+    EXPECT_EQ(map->templateMap->addressSpaces->space->endAddress, 2047u);
+}
+
+TEST(TemplateText, CountsTowardsTheStatementsAndIsNoSpaceOfAMap) {
+    MapText map;
+    ASSERT_EQ(map.read(kTEMPLATE), 0);
+    EXPECT_EQ(map->statementCount, 1u);
+    EXPECT_EQ(map->defaultMap, nullptr);
+    // Its name is its own: a space may have it too.
+    EXPECT_EQ(map.read(byteSpace("t", "u1")), 0) << map.alerts();
+}
+
+TEST(TemplateText, NeedsANameOfItsOwnAmongTemplates) {
+    MapText map;
+    ASSERT_EQ(map.read(kTEMPLATE), 0);
+    EXPECT_EQ(map.read("ADDRESS_TEMPLATE t RAMB16 [2048]\nBUS_BLOCK\nu1 [7:0];\nEND_BUS_BLOCK;\n"), 3);
+    EXPECT_EQ(map.messages(), "1 28-209 t\n");
+    EXPECT_EQ(map.alerts(), "");
+}
+
+TEST(TemplateText, OfAGenericMemoryMakesInstancesOfItsSize) {
+    MapText map;
+    ASSERT_EQ(map.read("ADDRESS_TEMPLATE t MEMORY [0x1000]\nBUS_BLOCK\nhi [31:16];\nlo [15:0];\nEND_BUS_BLOCK;\n"
+                       "END_ADDRESS_TEMPLATE;\nADDRESS_INSTANCE t i [0x2000] top;\n"),
+        0)
+        << map.alerts();
+    EXPECT_EQ(map.space()->startAddress, 0x2000u);
+    EXPECT_EQ(map.space()->endAddress, 0x2FFFu);
+    EXPECT_EQ(map.lane()->addressHigh, 0x3FFu);
+}
+
 TEST(TemplateText, HasOneSizeAboveZero) {
     for (const char* text : {"ADDRESS_TEMPLATE t RAMB16 [0]", "ADDRESS_TEMPLATE t RAMB16 [0:2047]"})
         EXPECT_EQ(said(text),
