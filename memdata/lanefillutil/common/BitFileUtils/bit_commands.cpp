@@ -54,6 +54,19 @@ int matchDevice(AddressMappingType* addressMapping, TarselDeviceType* device, co
             fileName, deviceName(device), deviceName(addressMapping->device)));
 }
 
+// A bit file at the first byte of its stream.
+struct BitInput {
+    OpenFile file;
+    u32 dataLength = 0;
+    TarselDeviceType* device = nullptr;
+};
+
+int openInput(fileSpecType* spec, AddressMappingType* addressMapping, BitFileHeaderType* header, BitInput* input) {
+    if (int status = OpenBITFile(spec, 0, &input->dataLength, &input->device, header, input->file.out()); status != 0)
+        return status;
+    return matchDevice(addressMapping, input->device, GetFileName(input->file.get()));
+}
+
 void unmarkLanes(AddressMappingType* addressMapping) {
     if (addressMapping != nullptr)
         visitLanes(addressMapping, [](const AddressSpaceDefType&, const BusBlockType&,
@@ -110,12 +123,8 @@ int finish(OpenFile& output) {
 int DoBITDump(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flags, AddressMappingType* addressMapping,
     BitFileHeaderType* header) {
     const HeaderOwner owner(header);
-    OpenFile input;
-    u32 dataLength = 0;
-    TarselDeviceType* device = nullptr;
-    if (int status = OpenBITFile(inputSpec, 0, &dataLength, &device, owner.get(), input.out()); status != 0)
-        return status;
-    if (int status = matchDevice(addressMapping, device, GetFileName(input.get())); status != 0) return status;
+    BitInput input;
+    if (int status = openInput(inputSpec, addressMapping, owner.get(), &input); status != 0) return status;
 
     OpenFile output;
     fileIODescriptor* dump = &StandardOut;
@@ -129,10 +138,11 @@ int DoBITDump(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flags, Addr
     int status = 0;
     if ((flags & kDUMP_STREAM_ONLY) == 0) {
         status = OutputVersionHeader(dump, nullptr, "\n\n%s BIT file dump.\n", GetSystemToolName());
-        if (status == 0) status = DumpBITHeader(dump, GetFileName(input.get()), owner.get());
+        if (status == 0) status = DumpBITHeader(dump, GetFileName(input.file.get()), owner.get());
     }
     SetupUpdateProgress(0, nullptr);
-    if (status == 0) status = OutputBITData(input.get(), nullptr, dump, device, flags, &dataLength, addressMapping);
+    if (status == 0)
+        status = OutputBITData(input.file.get(), nullptr, dump, input.device, flags, &input.dataLength, addressMapping);
     if (status != 0) return status;
     return outputSpec != nullptr ? finish(output) : Flush_File(&StandardOut);
 }
@@ -141,12 +151,8 @@ int DoBITReplacement(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flag
     BitFileHeaderType* header, ProgressCallbackType progress) {
     const RunInputs inputs; // the output must not be the bit file itself
     const HeaderOwner owner(header);
-    OpenFile input;
-    u32 dataLength = 0;
-    TarselDeviceType* device = nullptr;
-    if (int status = OpenBITFile(inputSpec, 0, &dataLength, &device, owner.get(), input.out()); status != 0)
-        return status;
-    if (int status = matchDevice(addressMapping, device, GetFileName(input.get())); status != 0) return status;
+    BitInput input;
+    if (int status = openInput(inputSpec, addressMapping, owner.get(), &input); status != 0) return status;
     if (inputSpec->format == kRBT_FORMAT)
         if (int status = completeRBTHeader(owner.get()); status != 0) return status;
 
@@ -155,10 +161,11 @@ int DoBITReplacement(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flag
             outputSpec != nullptr ? nullptr : "_rp", kREPLACED_FILE, output.out());
         status != 0)
         return status;
-    SetupUpdateProgress(static_cast<u32>(2 * GetFileLogicalSize(input.get())), progress);
+    SetupUpdateProgress(static_cast<u32>(2 * GetFileLogicalSize(input.file.get())), progress);
     int status = WriteBITHeader(output.get(), owner.get());
-    if (status == 0) status = replaceStream(input.get(), output.get(), device, flags, dataLength, addressMapping);
-    if (status == 0) status = copyRest(input.get(), output.get());
+    if (status == 0)
+        status = replaceStream(input.file.get(), output.get(), input.device, flags, input.dataLength, addressMapping);
+    if (status == 0) status = copyRest(input.file.get(), output.get());
     return status != 0 ? status : finish(output);
 }
 
@@ -187,15 +194,11 @@ int DoInplaceBITReplacement(TarselDeviceType* device, u8* image, u64 imageSize, 
 
 int memdata::checkBitFile(fileSpecType* inputSpec, AddressMappingType* addressMapping, StreamCheck* check) {
     const HeaderOwner owner(nullptr);
-    OpenFile input;
-    u32 dataLength = 0;
-    TarselDeviceType* device = nullptr;
-    if (int status = OpenBITFile(inputSpec, 0, &dataLength, &device, owner.get(), input.out()); status != 0)
-        return status;
-    if (int status = matchDevice(addressMapping, device, GetFileName(input.get())); status != 0) return status;
+    BitInput input;
+    if (int status = openInput(inputSpec, addressMapping, owner.get(), &input); status != 0) return status;
     OpenFile output;
     if (int status = Open_File("/dev/null", kWRITE_ACCESS | kBINARY_FILE, output.out()); status != 0) return status;
     SetupUpdateProgress(0, nullptr);
     unmarkLanes(addressMapping);
-    return checkStream(input.get(), output.get(), device, &dataLength, addressMapping, check);
+    return checkStream(input.file.get(), output.get(), input.device, &input.dataLength, addressMapping, check);
 }
