@@ -151,7 +151,7 @@ bool CodecPlan::fits() const {
 }
 
 void CodecPlan::decode(const TarselDeviceType* device, const u8* frames, u8* data, u8* parity) const {
-    std::array<Block, kMAX_SLICE_WORDS> sliceBlocks;
+    std::array<Block, kMAX_SLICE_WORDS> sliceBlocks{}; // the last batch need not fill it
     std::array<Block, kMAX_WINDOW_WORDS> windowBlocks;
     for (const CodecGroup& group : groups_) {
         const auto slice = std::span(sliceBlocks).first(group.slice.mask.size());
@@ -175,7 +175,7 @@ void CodecPlan::decode(const TarselDeviceType* device, const u8* frames, u8* dat
 
 void CodecPlan::encode(const TarselDeviceType* device, u8* frames, const u8* data, const u8* parity) const {
     std::array<Block, kMAX_SLICE_WORDS> sliceBlocks;
-    std::array<Block, kMAX_WINDOW_WORDS> windowBlocks;
+    std::array<Block, kMAX_WINDOW_WORDS> windowBlocks{}; // the last batch need not fill it
     for (const CodecGroup& group : groups_) {
         const auto slice = std::span(sliceBlocks).first(group.slice.mask.size());
         const auto window = std::span(windowBlocks).first(group.data.mask.size() + group.parity.mask.size());
