@@ -179,7 +179,7 @@ int OpenBITFile(fileSpecType* fileSpec, u32 openFlags, u32* dataLength, TarselDe
     Tracked<fileIODescriptor, abandonFile> opened;
     if (int status = openContainer(fileSpec, openFlags, opened.out()); status != 0) return status;
     int status = ReadBITHeader(opened.get(), header);
-    if (status == 0) status = deviceOfHeader(header, device);
+    if (status == 0) status = deviceOfHeader(header, fileSpec->fullName, device);
     if (status != 0) {
         header->dataPointer = nullptr; // the buffer goes with the file
         return status;

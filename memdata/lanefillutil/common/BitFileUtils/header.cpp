@@ -29,8 +29,8 @@ int memdata::setHeaderString(HeaderStringType* string, char* text) {
     return 0;
 }
 
-int memdata::deviceOfHeader(const BitFileHeaderType* header, TarselDeviceType** device) {
+int memdata::deviceOfHeader(const BitFileHeaderType* header, const char* fileName, TarselDeviceType** device) {
     const char* name = headerText(header->partName);
     *device = get_device_record_by_name(name);
-    return *device != nullptr ? 0 : PrintError(kERROR_UNRECOGNIZED_BIT_DEVICE_TYPE, 4, name);
+    return *device != nullptr ? 0 : PrintError(kERROR_UNRECOGNIZED_BIT_DEVICE_TYPE, 4, *name != '\0' ? name : fileName);
 }

@@ -54,8 +54,8 @@ inline const char* headerText(const HeaderStringType& string) {
 // Takes over a managed string. Status 0, or 7 for null (no memory, reported).
 int setHeaderString(HeaderStringType* string, char* text);
 
-// The device that the part name begins with. Status 0, or 4 with kERROR_UNRECOGNIZED_BIT_DEVICE_TYPE and null.
-int deviceOfHeader(const BitFileHeaderType* header, TarselDeviceType** device);
+// The device that the part name begins with. An alert names the part, or the file when it has none. Status 0, or 4 with kERROR_UNRECOGNIZED_BIT_DEVICE_TYPE and null.
+int deviceOfHeader(const BitFileHeaderType* header, const char* fileName, TarselDeviceType** device);
 
 } // namespace memdata
 

@@ -150,7 +150,7 @@ int OpenRBTFile(fileSpecType* fileSpec, u32* dataLength, TarselDeviceType** devi
 
     Tracked<fileIODescriptor, abandonFile> opened;
     int status = readText(fileSpec, header, opened.out());
-    if (status == 0) status = deviceOfHeader(header, device);
+    if (status == 0) status = deviceOfHeader(header, fileSpec->fullName, device);
     if (status != 0) {
         DeleteBITHeader(header);
         return status;

@@ -159,7 +159,7 @@ TEST_F(RunSteps, ADumpOfABitFileChecksTheLocationsOfTheMapFirst) {
         "    Some data for this ADDRESS_SPACE may be lost during BIT file\n"
         "    replacement. Verify that the BMM file has location constraints for all Bit Lanes.\n\n"
         "      Bitlane(s)\n   ----------------\n   a [7:0]\n\n\n"
-        "ERROR:Lanefill:4 - Unrecognized device type in .bit file, ''.\n\n");
+        "ERROR:Lanefill:4 - Unrecognized device type in .bit file, 'top.bit'.\n\n");
     EXPECT_EQ(outputs(), "");
 }
 
