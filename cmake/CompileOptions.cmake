@@ -10,8 +10,8 @@ target_compile_options(memdata_flags INTERFACE
 if(MEMDATA_SANITIZE)
     target_compile_options(memdata_flags INTERFACE
         -fsanitize=${MEMDATA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
-        # The checks put into the code make these two see what is not there, in the standard library's headers.
-        -Wno-maybe-uninitialized -Wno-stringop-overflow)
+        # The checks put into the code make these see what is not there, in the standard library's headers.
+        -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds)
     target_link_options(memdata_flags INTERFACE -fsanitize=${MEMDATA_SANITIZE})
 endif()
 

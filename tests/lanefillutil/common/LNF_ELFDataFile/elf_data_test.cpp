@@ -5,6 +5,7 @@
 #include "SystemUtils/lifetime.h"
 #include "support/elf_builder.h"
 
+#include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
@@ -26,7 +27,7 @@ public:
         roomBytes_ = (bytes.size() + page - 1) / page * page + page;
         room_ =
             static_cast<char*>(::mmap(nullptr, roomBytes_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-        std::memcpy(room_ + roomBytes_ - page - size_, bytes.data(), size_);
+        std::ranges::copy(bytes, room_ + roomBytes_ - page - size_);
         data_ = room_ + roomBytes_ - page - size_;
         ::mprotect(room_, roomBytes_, PROT_READ);
         ::mprotect(room_ + roomBytes_ - page, page, PROT_NONE);
