@@ -183,6 +183,16 @@ TEST_F(MemWriter, CoversAllWordsOfARangeAlsoWhenAShorterSegmentFollowsAtItsStart
     EXPECT_EQ(records("ram_0.mem"), "\n@00000000\n    09 02 03\n");
 }
 
+TEST_F(MemWriter, CoversAllWordsOfARangeOfAShorterSegmentAlsoWhereALaneStartsABusWordLater) {
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB18", {"a[17:9] b[8:0]"}, {.wordAddressing = true});
+    // Three digits a word: lane b of bus word 3, both lanes of bus word 4, and the parity digit of lane a's word 5.
+    ASSERT_EQ(storeBytes(space, 7, {0x01, 0x10, 0x22, 0x01, 0xA0}), 0);
+    ASSERT_EQ(storeBytes(space, 7, {0x02, 0x00}), 0); // lane b of bus word 3 anew, and a parity digit
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(records("ram_0.mem"), "\n@00000004\n    022 000\n");
+    EXPECT_EQ(records("ram_1.mem"), "\n@00000003\n    020 01A\n");
+}
+
 TEST_F(MemWriter, HasNoRecordForALaneThatASegmentDidNotReach) {
     AddressSpaceDefType* space = map.space("ram", 0, "RAMB16", {"a[15:8] b[7:0]"});
     ASSERT_EQ(storeBytes(space, 0, {1, 2}), 0);
@@ -346,6 +356,32 @@ TEST_F(MemWriter, CannotCombineABlockWithoutCheckLanes) {
     EXPECT_EQ(folder.listing(), "");
 }
 
+TEST_F(MemWriter, CannotCombineABlockWithoutDataLanes) {
+    const SingleFiles single;
+    map.space("ram", 0, "RAMB16", {"e[7:0] ECCH64-8"});
+    EXPECT_EQ(write(true), 22);
+    EXPECT_EQ(alerts.text(), "\nERROR:Lanefill:86 - A bus block of address space 'ram' has no data bit lanes.\n"
+                             "    MEM files of combined data and ECC need both.\n\n");
+    EXPECT_EQ(folder.listing(), "");
+}
+
+TEST_F(MemWriter, GivesCombinedSpacesWithoutDataTheHeadOnlyAndOnRequest) {
+    map.space("ram", 0, "RAMB16", {"w[31:0] e[7:0] ECCH64-8"}, {.eccCombined = true});
+    EXPECT_EQ(write(false), 0);
+    EXPECT_EQ(folder.listing(), "");
+    EXPECT_EQ(write(true), 0);
+    EXPECT_EQ(folder.listing(), "ram_0.mem\n");
+    EXPECT_EQ(records("ram_0.mem"), "");
+}
+
+TEST_F(MemWriter, NamesCombinedFilesByTheDataLane) {
+    AddressSpaceDefType* space = map.space(
+        "ram", 0, "RAMB16", {"w[31:0] OUTPUT=data.mem e[7:0] ECCH64-8 OUTPUT=check.mem"}, {.eccCombined = true});
+    ASSERT_EQ(storeBytes(space, 0, {0, 0, 0, 1}), 0);
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(folder.listing(), "data.mem\n");
+}
+
 TEST_F(MemWriter, GivesLanesWithoutAPartnerFilesOfTheirOwn) {
     AddressSpaceDefType* space =
         map.space("ram", 0, "RAMB16", {"a[15:8] b[7:0] e[7:0] ECCH64-8"}, {.eccCombined = true});
@@ -443,6 +479,14 @@ TEST_F(MemWriter, StopsWhereAFileCannotBeCreated) {
                                  "/ram_0.mem' can not be created, or is write protected.\n"
                                  "    Please ensure that the directory path exists, or the file\n"
                                  "    isn't write protected or being locked by another application.\n\n");
+}
+
+TEST_F(MemWriter, ThatFailsInAFolderWritesNothingToTheNext) {
+    ASSERT_EQ(storeBytes(map.space("ram", 0, "RAMB16", {"a[7:0]"}), 0, {1}), 0);
+    MemFolders folders(folder.file("none"));
+    folders.add(folder.path().string());
+    EXPECT_EQ(output_bitLane_mem_files(folders.get(), false, false, map.get()), 1);
+    EXPECT_EQ(folder.listing(), "");
 }
 
 TEST_F(MemWriter, StopsAtAFolderThatTakesNoFiles) {
