@@ -97,6 +97,14 @@ TEST_F(ElfDumps, HoldAllDataFilesInOrder) {
     EXPECT_THAT(text, HasSubstr("@00002000\n    02\n"));
 }
 
+TEST_F(ElfDumps, FindADataFileThatIsNamedWithoutItsExtension) {
+    elf("a.elf", 0x1000, {1, 2});
+    add(folder.file("a"));
+    memTo("out");
+    EXPECT_EQ(DoELFDumps(&options), 0) << alerts.text();
+    EXPECT_THAT(file("out.mem"), ::testing::EndsWith("@00001000\n    01 02\n"));
+}
+
 TEST_F(ElfDumps, PassOverAFileWithoutAnyByte) {
     add(folder.write("empty.elf", ""));
     add(elf("b.elf", 0x2000, {2}));

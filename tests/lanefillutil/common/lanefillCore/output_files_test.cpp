@@ -71,6 +71,16 @@ TEST_F(OutputFiles, AsASingleMemFileAreRefusedAheadOfTheFolders) {
     EXPECT_EQ(folder.listing(), "");
 }
 
+TEST_F(OutputFiles, BeginWithACheckOfTheLocationsWhereABitFileIsGiven) {
+    options.bitFile = CreateFileSpec(folder.write("top.bit", "no bit file").c_str());
+    options.outputBitFile = CreateFileSpec(folder.file("new.bit").c_str());
+    EXPECT_NE(create(), 0);
+    EXPECT_THAT(alerts.text(),
+        ::testing::StartsWith(
+            "\nWARNING:Lanefill:47 - Not all BitLanes in ADDRESS_SPACE 'ram' have BMM location constraints.\n"));
+    EXPECT_EQ(folder.listing(), "top.bit\n");
+}
+
 TEST_F(OutputFiles, EndWithTheBitFileWhenThatFails) {
     options.bitFile = CreateFileSpec(folder.file("no.bit").c_str());
     options.outputUcfFile = CreateFileSpec(folder.file("x").c_str());
