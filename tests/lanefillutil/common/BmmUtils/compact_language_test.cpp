@@ -122,6 +122,15 @@ TEST_F(Compact, CheckLanesComeOnTopOfTheBus) {
             "\tBUS_BLOCK\n\t\te0 ECCH32-7 [38:32] [0:1023];\n\t\tu0 [31:0] [0:1023];\n\tEND_BUS_BLOCK;\n"));
 }
 
+TEST_F(Compact, CheckLanesThatCountTheirBitsFromZeroAreOneForEachBlock) {
+    EXPECT_EQ(compiled("c g e1 RAMB32 ECCH32-7 [6:0] [1024:2047] c g u1 RAMB32 [31:0] [1024:2047] "
+                       "c g u0 RAMB32 [31:0] [0:1023] c g e0 RAMB32 ECCH32-7 [6:0] [0:1023] "
+                       "a mem top 0 32 f RAMB32 8192 32 g"),
+        spaceText("mem RAMB32 [0X0000000000000000:0X0000000000001FFF] top",
+            "\tBUS_BLOCK\n\t\te0 ECCH32-7 [6:0] [0:1023];\n\t\tu0 [31:0] [0:1023];\n\tEND_BUS_BLOCK;\n"
+            "\tBUS_BLOCK\n\t\te1 ECCH32-7 [6:0] [1024:2047];\n\t\tu1 [31:0] [1024:2047];\n\tEND_BUS_BLOCK;\n"));
+}
+
 TEST_F(Compact, EveryCodeOfCheckLanesIsKnownAndOtherWordsArePassedOver) {
     for (const char* code : {"ECCH32-7", "ECCH64-8", "ECCHSIAO32-7", "ECCHSIAO64-8", "ECCHSIAO128-9"}) {
         const std::string text = std::string("c g e0 RAMB32 ") + code +

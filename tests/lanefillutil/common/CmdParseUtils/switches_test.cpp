@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "option_test.h"
 
+#include "CmdParseUtils/keywords.h"
 #include "DeviceTableUtils/DeviceTableUtils.h"
 #include "ParseUtils/ParseUtils.h"
 
@@ -180,6 +181,16 @@ TEST_F(Options, EveryFormatOfTheTableCanBeNamedForSplitting) {
         ASSERT_EQ(parse(std::string("-split ") + DecodeFileExtensionType(format)), 0) << format;
         EXPECT_EQ(options.splitFormat, format);
     }
+}
+
+TEST_F(Options, WordsThatNoSwitchUsesAnyMoreAreStillInTheirTables) {
+    const auto words = [](const token_set& set) {
+        std::string text;
+        for (const keyword_row* row = set.rows; row->word != nullptr; ++row) text += std::string(row->word) + " ";
+        return text;
+    };
+    EXPECT_EQ(words(intstyle_modifier_keywords), "silent vek tollflow ");
+    EXPECT_EQ(words(key_modifier_keywords), "efuse bbram Key0 HMAC StartCBC ");
 }
 
 TEST_F(Options, NamesOfAnySpellingStandInQuotes) {
