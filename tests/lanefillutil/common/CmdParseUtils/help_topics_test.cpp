@@ -53,6 +53,7 @@ TEST(HelpTopics, AreFoundWithOrWithoutDashInEitherCase) {
 TEST(HelpTopics, ATopicShowsSyntaxMeaningAndExample) {
     EXPECT_EQ(helpText(*findHelpTopic("fill")), "-fill [BYTE]\n"
                                                 "  BYTE is a number from 0 to 255, 0 when it is left out.\n"
+                                                "  Images are not built by this version: it changes no output.\n"
                                                 "  Example: -fill 0xFF\n");
     EXPECT_NE(helpText(*findHelpTopic("bd")).find("  -md is the same.\n"), std::string::npos);
 }

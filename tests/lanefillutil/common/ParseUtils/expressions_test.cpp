@@ -175,7 +175,7 @@ TEST_F(ExpressionRules, ParenthesesNestUpToTheLimit) {
     CapturedAlerts alerts;
     EXPECT_EQ(evaluate("(" + open + "1" + close + ")").status, 3);
     const std::string said = alerts.text();
-    EXPECT_EQ(said.substr(0, said.find("\n[")),
+    EXPECT_EQ(said.substr(0, said.find("\n...")),
         "\nERROR:Lanefill - The limit of 1000 nested expression parentheses is reached.\n"
         "   Line #1, File \"text.bmm\".");
 }
