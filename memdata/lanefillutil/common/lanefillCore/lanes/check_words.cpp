@@ -3,16 +3,23 @@
 #include "lanefillCore/lanes/check_words.h"
 
 #include "SystemUtils/bits.h"
+#include "lanefillCore/lanes/check_table.h"
 #include "lanefillCore/lanes/ecc_codes.h"
 #include "lanefillCore/lanes/ecc_lanes.h"
 #include "lanefillCore/lanes/lane_positions.h"
 
 #include <algorithm>
 #include <array>
+#include <concepts>
 #include <cstring>
+#include <span>
 
 namespace memdata {
 namespace {
+
+constexpr u64 kCHECK_BITS = 9;        // of the longest code
+constexpr u64 kRUN_WORDS = 512;       // at a time: their check values stay in the first cache
+constexpr u64 kTABLE_PAYS_WORDS = 64; // shorter runs are over before a table would be made
 
 // One bus word of byteCount bytes, the first byte most significant.
 EndianConvert::UInt128 busWordAt(const u8* bytes, u64 byteCount) {
@@ -36,18 +43,16 @@ EndianConvert::UInt128 mirroredLanes(const u8* bytes, u64 laneCount, unsigned da
     return word;
 }
 
-// A check lane whose words stand in whole bytes.
-struct CheckLane {
-    u8* at;
-    unsigned down; // of the lane's bits in the check value
-    u32 mask;
-    unsigned bytes; // of a slot, 1 or 2
-};
+// The word at bytes, as the lanes hold it.
+EndianConvert::UInt128 logicalWord(const BusBlockType* block, const u8* bytes, unsigned dataBits) {
+    const bool mirror = block->lanes[0]->bitOrdering == kBIT_ORDERING_ASCENDING;
+    return mirror ? mirroredLanes(bytes, block->laneCount, dataBits)
+                  : busWordAt(bytes, block->laneCount * dataBits / 8);
+}
 
-constexpr u64 kMAX_CHECK_LANES = 9; // one for each check bit of the longest code
-
+// Check lanes whose words stand in whole bytes.
 bool plainCheckLanes(const BusBlockType* block, u64 words) {
-    if (block->eccLaneCount > kMAX_CHECK_LANES || block->eccLaneCount > block->laneCount) return false;
+    if (block->eccLaneCount > block->laneCount) return false; // some have no cursor
     return std::all_of(block->eccLanes, block->eccLanes + block->eccLaneCount, [=](const BitLaneGridElemType* element) {
         const unsigned slotBits = laneSlotBits(laneDataBits(element));
         const BufferChunkAccess* access = element->lane->dataChunks;
@@ -56,52 +61,62 @@ bool plainCheckLanes(const BusBlockType* block, u64 words) {
     });
 }
 
-void storeCheckValue(CheckLane& lane, u32 check) {
-    const u32 piece = check >> lane.down & lane.mask;
-    const u32 old = lane.bytes == 1 ? lane.at[0] : lane.at[0] | u32{lane.at[1]} << 8;
-    const u32 word = (old & ~lane.mask) | piece;
-    lane.at[0] = static_cast<u8>(word);
-    if (lane.bytes == 2) lane.at[1] = static_cast<u8>(word >> 8);
-    lane.at += lane.bytes;
-}
-
-// The bus words of a run, one after the other, handed to take.
-void forEachBusWord(const BusBlockType* block, const u8* bytes, u64 words, unsigned dataBits, const auto& take) {
-    const bool mirror = block->lanes[0]->bitOrdering == kBIT_ORDERING_ASCENDING;
-    const u64 busBytes = block->laneCount * dataBits / 8;
-    for (u64 word = 0; word < words; ++word, bytes += busBytes)
-        take(mirror ? mirroredLanes(bytes, block->laneCount, dataBits) : busWordAt(bytes, busBytes));
-}
-
-void storeCheckWords(BusBlockType* block, const u8* bytes, u64 words, unsigned dataBits, bool byteSwapEcc) {
-    std::array<CheckLane, kMAX_CHECK_LANES> lanes{};
-    u64 taken = 0;
-    for (u64 i = 0; i < block->eccLaneCount; ++i) {
-        const BitLaneGridElemType* element = block->eccLanes[i];
-        taken += element->laneWidth;
-        const u64 down = block->eccBusWidth - taken;
-        lanes[i] = {element->lane->dataChunks->current, static_cast<unsigned>(down < 32 ? down : 31),
-            static_cast<u32>(getBitMask(static_cast<unsigned>(element->laneWidth))),
-            laneSlotBits(laneDataBits(element)) / 8};
+// Puts the piece of each check value into its slot; the bits of the slot above the piece stay.
+template<std::unsigned_integral Slot>
+void storePieces(u8* at, unsigned down, u64 mask, std::span<const u16> checks) {
+    const auto taken = static_cast<Slot>(mask);
+    for (const u16 check : checks) {
+        Slot slot;
+        std::memcpy(&slot, at, sizeof slot);
+        slot = static_cast<Slot>((slot & ~taken) | (check >> down & taken));
+        std::memcpy(at, &slot, sizeof slot);
+        at += sizeof slot;
     }
-    forEachBusWord(block, bytes, words, dataBits, [&](EndianConvert::UInt128 word) {
-        const u32 check = eccCheckValue(block->eccType, eccInput(block->eccType, byteSwapEcc, word));
-        for (u64 i = 0; i < block->eccLaneCount; ++i) storeCheckValue(lanes[i], check);
-    });
-    for (u64 i = 0; i < block->eccLaneCount; ++i) {
-        BitLaneGridElemType* element = block->eccLanes[i];
-        element->lane->dataChunks->SkipBits(words * laneSlotBits(laneDataBits(element)));
-        update_max_transform_buffer_addresses(element);
-        element->lane->laneState += static_cast<u32>(words);
+}
+
+// Appends to a check lane its bits of check values, which stand down bits above the lowest.
+void appendPieces(BitLaneGridElemType* element, u64 down, std::span<const u16> checks) {
+    const u64 mask = getBitMask(static_cast<unsigned>(element->laneWidth));
+    const auto shift = static_cast<unsigned>(std::min(down, kCHECK_BITS));
+    const unsigned slotBits = laneSlotBits(laneDataBits(element));
+    BufferChunkAccess* access = element->lane->dataChunks;
+    if (slotBits == 8)
+        storePieces<u8>(access->current, shift, mask, checks);
+    else
+        storePieces<u16>(access->current, shift, mask, checks);
+    access->SkipBits(checks.size() * slotBits);
+    update_max_transform_buffer_addresses(element);
+    element->lane->laneState += static_cast<u32>(checks.size());
+}
+
+void storeCheckWords(BusBlockType* block, const CheckTable& table, const u8* bytes, u64 words, u64 busBytes) {
+    std::array<u16, kRUN_WORDS> values;
+    while (words > 0) {
+        const std::span<u16> run(values.data(), std::min<u64>(words, values.size()));
+        table.checksOf(bytes, run);
+        u64 taken = 0; // bits, from the top of eccBusWidth
+        for (u64 i = 0; i < block->eccLaneCount; ++i) {
+            taken += block->eccLanes[i]->laneWidth;
+            appendPieces(block->eccLanes[i], block->eccBusWidth - taken, run);
+        }
+        bytes += run.size() * busBytes;
+        words -= run.size();
     }
 }
 
 } // namespace
 
 void transformCheckWords(BusBlockType* block, const u8* bytes, u64 words, unsigned dataBits, bool byteSwapEcc) {
-    if (plainCheckLanes(block, words)) return storeCheckWords(block, bytes, words, dataBits, byteSwapEcc);
-    forEachBusWord(block, bytes, words, dataBits,
-        [&](EndianConvert::UInt128 word) { transform_bus_access_ECC_value(block, byteSwapEcc, word); });
+    const u64 busBytes = block->laneCount * dataBits / 8;
+    if (words >= kTABLE_PAYS_WORDS && plainCheckLanes(block, words)) {
+        const CheckTable table(busBytes, [=](const u8* word) {
+            return eccCheckValue(
+                block->eccType, eccInput(block->eccType, byteSwapEcc, logicalWord(block, word, dataBits)));
+        });
+        return storeCheckWords(block, table, bytes, words, busBytes);
+    }
+    for (; words > 0; --words, bytes += busBytes)
+        transform_bus_access_ECC_value(block, byteSwapEcc, logicalWord(block, bytes, dataBits));
 }
 
 } // namespace memdata

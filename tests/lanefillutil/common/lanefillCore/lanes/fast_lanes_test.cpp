@@ -70,7 +70,7 @@ struct Shape {
             << ", ordering " << ordering << ", pitch " << lanePitch << ", ecc " << eccType << " in " << eccWidths.size()
             << ", le " << leOrder << ", words " << wordAddressing << ", start " << startAddress << ", short "
             << shortDevice << shortParity << ", unlike " << unlikeLane << " of " << unlikeBits << "+"
-            << unlikeParityBits << " ordering " << unlikeOrdering;
+            << unlikeParityBits << " ordering " << unlikeOrdering << ", block words " << blockWords;
         return out.str();
     }
 };
@@ -92,6 +92,7 @@ Shape randomShape(Dice& dice) {
     }
     shape.shortDevice = dice.oneIn(8);
     shape.shortParity = dice.oneIn(8);
+    if (dice.oneIn(64)) shape.blockWords = 10 * kBLOCK_WORDS;
     shape.unlikeLane = dice.oneIn(8);
     shape.unlikeBits = dice.oneIn(2) ? shape.laneBits : dice.pick({4u, 8u, 16u, 32u});
     shape.unlikeParityBits = dice.oneIn(2) ? shape.parityBits : dice.pick({0u, 1u, 2u, 4u});
@@ -291,6 +292,31 @@ TEST(FastLanes, GiveWhatThePlainFormGivesOverLongRuns) {
                 EXPECT_TRUE(segmentsThrough(shape, 1, TransformPath::kBY_SHAPE) ==
                             segmentsThrough(shape, 1, TransformPath::kPLAIN))
                     << shape.text();
+            }
+}
+
+// Check values of runs that are long enough to be taken from a table made for them.
+TEST(FastLanes, GiveWhatThePlainFormGivesOverLongCheckedRuns) {
+    const SystemResources resources;
+    for (u32 eccType = 1; eccType <= 6; ++eccType)
+        for (const unsigned laneBits : {8u, 16u, 32u, 64u})
+            for (const u64 laneCount : {1ul, 2ul, 3ul, 4ul, 8ul, 16ul}) {
+                if (laneCount * laneBits > 128) continue;
+                for (const u32 ordering : {kBIT_ORDERING_ASCENDING, kBIT_ORDERING_DESCENDING})
+                    for (const std::vector<unsigned>& eccWidths : {std::vector{8u}, {7u}, {5u, 12u}}) {
+                        Shape shape{};
+                        shape.laneBits = laneBits;
+                        shape.laneCount = laneCount;
+                        shape.blockCount = 1;
+                        shape.blockWords = 600;
+                        shape.ordering = ordering;
+                        shape.eccType = eccType;
+                        shape.eccWidths = eccWidths;
+                        shape.leOrder = laneCount % 2 == 0;
+                        EXPECT_TRUE(segmentsThrough(shape, laneCount, TransformPath::kBY_SHAPE) ==
+                                    segmentsThrough(shape, laneCount, TransformPath::kPLAIN))
+                            << shape.text();
+                    }
             }
 }
 
