@@ -96,7 +96,7 @@ CodecGroup groupOf(const std::vector<BitPlace>& places) {
 
 // Exchanges ever smaller quarters: the upper right with the lower left one of each square. Compiled for wider registers
 // too, which the processor takes where it has them.
-#ifdef __x86_64__
+#if defined(__x86_64__) && !defined(__clang__)
 [[gnu::target_clones("avx2", "default"), gnu::optimize("O3")]]
 #endif
 void transpose(std::array<u64, 64>& a) {
