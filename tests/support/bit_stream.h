@@ -63,8 +63,7 @@ private:
 
 class StreamWriter {
 public:
-    explicit StreamWriter(const TarselDeviceType* device)
-        : device_(device), form_(device->family), crc_(device->family) {}
+    explicit StreamWriter(const TarselDeviceType* device) : form_(device->family), crc_(device->family) {}
 
     const Bytes& bytes() const { return bytes_; }
     Bytes take() { return std::move(bytes_); }
@@ -91,7 +90,6 @@ public:
 
 private:
     void enter_(u32 address, u32 word) { crc_.enter(address, word); }
-    const TarselDeviceType* device_;
     PacketForm form_;
     StreamCrc crc_;
     Bytes bytes_;
