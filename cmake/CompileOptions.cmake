@@ -11,8 +11,11 @@ if(MEMDATA_SANITIZE)
     target_compile_options(memdata_flags INTERFACE
         -fsanitize=${MEMDATA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
         # The checks put into the code make these see what is not there, in the standard library's headers.
-        -Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds)
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-array-bounds>)
     target_link_options(memdata_flags INTERFACE -fsanitize=${MEMDATA_SANITIZE})
+endif()
+if(MEMDATA_FUZZ)
+    target_compile_options(memdata_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 function(memdata_compile_options target)

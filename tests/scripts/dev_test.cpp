@@ -35,10 +35,11 @@ TEST(Dev, AnUnknownVerbIsAnErrorAndTheVerbsAreListed) {
     EXPECT_THAT(outcome.text, ::testing::StartsWith("dev: unknown verb 'polish'\n./dev VERB\n"));
 }
 
-TEST(Dev, FuzzSaysThatThereAreNoTargetsAndFails) {
-    const Outcome outcome = dev("fuzz");
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.text, ::testing::HasSubstr("no fuzz targets yet"));
+TEST(Dev, FuzzSaysWhichTargetsThereAreWhenOneIsUnknown) {
+    const Outcome outcome = dev("fuzz novel 1");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.text, ::testing::StartsWith("dev: there is no fuzz target 'novel'; there are: "));
+    EXPECT_THAT(outcome.text, ::testing::HasSubstr(" preprocessor"));
 }
 
 } // namespace

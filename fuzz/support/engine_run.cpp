@@ -1,0 +1,100 @@
+// engine_run.cpp - starts and ends the engine around one input.
+// SPDX-License-Identifier: Apache-2.0
+#include "support/engine_run.h"
+
+#include "FileUtils/descriptor.h"
+#include "SystemUtils/lifetime.h"
+#include "SystemUtils/memory.h"
+#include "hosts/standalone/standalone_host.h"
+#include "platform/host.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <string>
+#include <unistd.h>
+
+namespace memdata::fuzz {
+
+namespace {
+
+// The folder that runs stand in, made at the first input and gone with the process.
+class ScratchFolder {
+public:
+    ScratchFolder() {
+        const char* chosen = std::getenv("TMPDIR");
+        const bool inMemory = chosen == nullptr && std::filesystem::is_directory("/dev/shm");
+        name_ = std::string(chosen != nullptr ? chosen : inMemory ? "/dev/shm" : "/tmp") + "/memdata_fuzz_XXXXXX";
+        require(mkdtemp(name_.data()) != nullptr, "no scratch folder could be made");
+        folder_ = open(name_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        before_ = open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        require(folder_ >= 0 && before_ >= 0, "the scratch folder can not be opened");
+    }
+    ~ScratchFolder() { std::filesystem::remove_all(name_); }
+    ScratchFolder& operator=(ScratchFolder&&) = delete; // neither copied nor moved
+
+    void enter() { require(fchdir(folder_) == 0, "the scratch folder can not be entered"); }
+    void leave() {
+        require(std::filesystem::is_empty("."), "the run left a file behind");
+        require(fchdir(before_) == 0, "the folder of before can not be entered");
+    }
+    const std::string& name() const { return name_; }
+
+private:
+    std::string name_;
+    int folder_ = -1;
+    int before_ = -1;
+};
+
+ScratchFolder& scratchFolder() {
+    static ScratchFolder folder;
+    return folder;
+}
+
+// Takes everything and keeps nothing, without a call of the system.
+std::FILE* silentStream() {
+    static std::FILE* stream = fopencookie(nullptr, "w",
+        {nullptr, [](void*, const char*, size_t size) { return static_cast<ssize_t>(size); }, nullptr, nullptr});
+    return stream;
+}
+
+// A standalone host that says nothing. In force from the first input on.
+class SilentHost : public StandaloneHost {
+public:
+    void message(const HostMessage&) override {}
+    std::string temporaryDirectory() const override { return scratchFolder().name(); }
+};
+
+SilentHost& silentHost() {
+    static SilentHost& host = *new SilentHost; // outlives all that may still send a message
+    static const bool isInForce = (setHost(&host), true);
+    static_cast<void>(isInForce);
+    return host;
+}
+
+} // namespace
+
+EngineRun::EngineRun() {
+    silentHost().parameters().resetToDefaults();
+    scratchFolder().enter();
+    require(InitializeSystemResources() == 0, "the engine does not start");
+    StandardOut.stream = silentStream();
+}
+
+EngineRun::~EngineRun() {
+    require(FinalizeSystemResources() == 0, "the engine does not end");
+    require(leakedBlockCount() == 0, "tracked blocks were left to the sweep");
+    scratchFolder().leave();
+}
+
+std::string_view textOf(const uint8_t* data, size_t size) {
+    return {reinterpret_cast<const char*>(data), size};
+}
+
+void fail(const char* sentence) {
+    std::fprintf(stderr, "FINDING: %s\n", sentence);
+    std::abort();
+}
+
+} // namespace memdata::fuzz
