@@ -19,6 +19,7 @@
 
 namespace {
 
+constexpr int kNO_MEMORY_STATUS = 7;
 constexpr u32 kDUMP_USED_ONLY = 0x10; // memories of the design alone, hex without addresses
 constexpr u32 kDUMP_PARITY = 0x40;
 constexpr u32 kDUMP_BYTES_PER_LINE = 32;
@@ -203,7 +204,10 @@ u8* memdata::compareBRAMColumn(const TarselDeviceType* device, u8* data, u64 byt
 u8* DumpBRAMColumn(const TarselDeviceType* device, fileIODescriptor* dump, u8* data, u64 byteCount, i32 physicalColumn,
     u32 flags, const AddressMappingType* addressMapping, int* status) {
     Images images(device);
-    if (images.data == nullptr) return data;
+    if (images.data == nullptr) {
+        if (device->memoryLocs[0].type != nullptr) *status = kNO_MEMORY_STATUS;
+        return data;
+    }
     return walkColumn(device, data, byteCount, physicalColumn, addressMapping, [&](const Site& site, const u8* frames) {
         if (site.bitLane == nullptr && (flags & kDUMP_USED_ONLY) != 0) return;
         if (*status == 0)
@@ -225,7 +229,7 @@ int DumpBRAM(const TarselDeviceType* device, fileIODescriptor* dump, const BitLa
     const u64 parityBytes = type->parityBits / 8;
     DecodeBRAM(device, type, table, bitLane != nullptr ? bitLane->laneWidth : 1, frames, data, parity);
     if (bitLane != nullptr) {
-        allocate_addressSpace_transform_buffers(bitLane->addressSpace);
+        if (!allocate_addressSpace_transform_buffers(bitLane->addressSpace)) return kNO_MEMORY_STATUS;
         // On purpose only here and not in a replacement, where Dunmare6 is the one family whose bits are reordered.
         if (device->family != &kDunmare6FamilyTable) {
             DecodeBitlaneWidths(data, bitLane->laneWidth - bitLane->parityWidth, dataBytes);

@@ -12,9 +12,9 @@
 #include "FileUtils/descriptor.h"
 
 // Prints the memories of a column. flags: 0x10 memories that no bit lane uses are left out, and hex has no addresses;
-// 0x40 parity is printed for every lane. Without memory for the scratch images nothing is printed, and data comes back
-// unmoved. A first-generation column is shifted while it is read, and shifted back. status stays, or takes that of the
-// first line that could not be written.
+// 0x40 parity is printed for every lane. Without memory for the scratch images nothing is printed, status becomes 7, and
+// data comes back unmoved. A first-generation column is shifted while it is read, and shifted back. status stays, or takes
+// that of the first memory that could not be printed.
 u8* DumpBRAMColumn(const TarselDeviceType* device, fileIODescriptor* dump, u8* data, u64 byteCount, i32 physicalColumn,
     u32 flags, const AddressMappingType* addressMapping, int* status);
 
@@ -24,7 +24,7 @@ u8* ReplaceBRAMColumn(const TarselDeviceType* device, u8* data, u64 byteCount, i
     const AddressMappingType* addressMapping);
 
 // One memory as DumpBRAMColumn prints it, without the heading. data and parity are scratch images of the type's sizes,
-// zero on entry. Status: 0, or that of the first line that could not be written.
+// zero on entry. Status: 0; 7 no memory for the lane's buffers; or that of the first line that could not be written.
 int DumpBRAM(const TarselDeviceType* device, fileIODescriptor* dump, const BitLaneType* bitLane, const MEMORYType* type,
     const TranslationTableType* table, const u8* frames, u8* data, u8* parity, u32 flags);
 

@@ -7,6 +7,8 @@
 #include "DeviceTableUtils/locations.h"
 #include "DeviceTableUtils/memory_types.h"
 #include "FileUtils/FileUtils.h"
+#include "SystemUtils/memory.h"
+#include "support/alerts.h"
 #include "support/placed_map.h"
 
 #include <gmock/gmock.h>
@@ -348,4 +350,21 @@ TEST_F(ColumnWalk, ADumpLeavesTheFramesAsTheyAre) {
         frames.data() + columnStart(device, 1));
     Close_File(&output);
     EXPECT_TRUE(frames == before);
+}
+
+TEST_F(ColumnWalk, ADumpWithoutMemorySaysSo) {
+    const TarselDeviceType* device = get_device_record_by_name("tq1a8");
+    PlacedMap map("tq1a8");
+    ASSERT_EQ(initialize_cross_coordinate_lookup_table(map.get()), 0);
+    Bytes frames = framesOf(device, 12);
+    fileIODescriptor* output = nullptr;
+    ASSERT_EQ(OpenMemoryFile("dump", kTEXT_WRITE, nullptr, 0, &output), 0);
+    int status = 0;
+    const CapturedAlerts alerts;
+    failTrackedAllocation(1);
+    EXPECT_EQ(
+        DumpBRAMColumn(device, output, frames.data(), columnStart(device, 1), 0, 0, map.get(), &status), frames.data());
+    EXPECT_EQ(status, 7);
+    EXPECT_EQ(GetFileLogicalSize(output), 0u);
+    Close_File(&output);
 }
