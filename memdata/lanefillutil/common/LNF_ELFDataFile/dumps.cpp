@@ -74,6 +74,7 @@ int LNF_ELFDataFile::DumpELF(fileIODescriptor* target, u32 mask) {
     if (status != 0 || (mask & kDUMP_ELF_HEADERS) == 0) return status;
     try {
         std::ostringstream text;
+        text.exceptions(std::ios_base::badbit); // or it would end early without a word when memory does
         elf->dumpELF(text);
         text << '\n';
         return outputLine(target, text.str().c_str());

@@ -15,6 +15,7 @@ namespace {
 using namespace memdata;
 
 constexpr u32 kDUMP_FILE = kOUTPUT_FILE | kREFUSE_OVERWRITE;
+constexpr int kNO_MEMORY_STATUS = 7;
 
 using OpenFile = Tracked<fileIODescriptor, abandonFile>;
 
@@ -69,6 +70,7 @@ int DoELFDumps(CmdStringOptionsType* options) {
     for (BDSwitchDataType* node = options->bdList; status == 0 && node != nullptr; node = node->next) {
         OpenFile in;
         const int opened = OpenDiskFile(node->dataFile, "", "elf", "", kBINARY_READ_WHOLE, in.out());
+        if (opened == kNO_MEMORY_STATUS) return opened;
         if (missing == 0) missing = opened;
         if (in != nullptr) status = dumpOpened(in.get(), options->dumpMask, targets);
     }
