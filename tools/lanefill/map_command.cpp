@@ -114,12 +114,11 @@ int showMap(CmdStringOptionsType* options) {
 }
 
 int runOnOptions(const char* text) {
-    CmdStringOptionsType options{};
+    OwnedOptions options;
     int count = -1; // no program name ahead of the switches
-    int status = ParseCmdStringOptions(text, &options, &count);
-    if (status == 0) status = FinalizeCmdStringOptions(&options);
-    if (status == 0) status = showMap(&options);
-    DeleteCmdStringOptions(&options);
+    int status = ParseCmdStringOptions(text, options.get(), &count);
+    if (status == 0) status = FinalizeCmdStringOptions(options.get());
+    if (status == 0) status = showMap(options.get());
     return status;
 }
 

@@ -44,4 +44,20 @@ int ParseCmdFile(CmdStringOptionsType* options, int* count);
 // Closes what reaches over several option texts: the address maps that -mf has begun. Status 0, or that of compiling.
 int FinalizeCmdStringOptions(CmdStringOptionsType* options);
 
+namespace memdata {
+
+// A record that goes back whatever ends its block, an exception too.
+class OwnedOptions {
+public:
+    OwnedOptions() = default;
+    ~OwnedOptions() { DeleteCmdStringOptions(&record_); }
+    OwnedOptions& operator=(OwnedOptions&&) = delete; // neither copied nor moved
+    CmdStringOptionsType* get() { return &record_; }
+
+private:
+    CmdStringOptionsType record_{};
+};
+
+} // namespace memdata
+
 #endif

@@ -46,8 +46,9 @@ int read_names(parse_stream* stream, token_element* token, std::vector<OwnedStri
         if (token->type == &kRIGHT_PARENTHESIS && names->empty()) return 0;
         if (token->type != &kIDENTIFIER_TOKEN || !known.emplace(token->text).second)
             return refuseToken(stream, token, "formal parameter name expected");
-        names->emplace_back(StrDup(token->text));
-        if (names->back() == nullptr) return 7;
+        OwnedString name(StrDup(token->text)); // owned while the list grows
+        if (name == nullptr) return 7;
+        names->push_back(std::move(name));
         if (int status = nextPlainToken(stream, token); status != 0) return status;
         if (token->type == &kRIGHT_PARENTHESIS) return 0;
         if (token->type != &kCOMMA) return refuseToken(stream, token, "formal parameter name expected");

@@ -94,12 +94,16 @@ int check(CmdStringOptionsType* options, BitCheckRun* run) {
 
 BitCheckRun runBitCheck(const char* text) {
     BitCheckRun run;
-    CmdStringOptionsType options{};
-    int count = -1; // no program name ahead of the switches
-    run.status = ParseCmdStringOptions(text, &options, &count);
-    if (run.status == 0) run.status = FinalizeCmdStringOptions(&options);
-    if (run.status == 0) run.status = check(&options, &run);
-    DeleteCmdStringOptions(&options);
+    OwnedOptions options;
+    try {
+        int count = -1; // no program name ahead of the switches
+        run.status = ParseCmdStringOptions(text, options.get(), &count);
+        if (run.status == 0) run.status = FinalizeCmdStringOptions(options.get());
+        if (run.status == 0) run.status = check(options.get(), &run);
+    } catch (const std::bad_alloc&) { // from texts of the standard library; tracked memory reports by itself
+        run = {};
+        run.status = PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "a check", 0, getCurrentMemoryUsage());
+    }
     return run;
 }
 

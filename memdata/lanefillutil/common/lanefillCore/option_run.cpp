@@ -3,8 +3,12 @@
 #include "lanefillCore/option_run.h"
 
 #include "CmdParseUtils/CmdParseUtils.h"
+#include "SystemUtils/alerts.h"
+#include "SystemUtils/memory.h"
 #include "lanefillCore/driver.h"
 #include "platform/run_inputs.h"
+
+#include <new>
 
 namespace memdata {
 
@@ -25,10 +29,13 @@ int carry_out(const char* text, ProgressSinkType progress, CmdStringOptionsType*
 
 OptionRun runOptions(const char* text, ProgressSinkType progress) {
     OptionRun run;
-    CmdStringOptionsType options{};
-    run.status = carry_out(text, progress, &options, &run);
-    if (run.status == kHELP_WANTED) run.help = helpText(options.helpTopics);
-    DeleteCmdStringOptions(&options);
+    OwnedOptions options;
+    try {
+        run.status = carry_out(text, progress, options.get(), &run);
+        if (run.status == kHELP_WANTED) run.help = helpText(options.get()->helpTopics);
+    } catch (const std::bad_alloc&) { // from texts of the standard library; tracked memory reports by itself
+        run.status = PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, "an option text", 0, getCurrentMemoryUsage());
+    }
     return run;
 }
 
