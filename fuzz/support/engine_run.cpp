@@ -8,10 +8,12 @@
 #include "hosts/standalone/standalone_host.h"
 #include "platform/host.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <unistd.h>
 
@@ -88,8 +90,31 @@ EngineRun::~EngineRun() {
     scratchFolder().leave();
 }
 
+void writeFile(const char* name, std::string_view content) {
+    std::ofstream out(name, std::ios::binary);
+    out.write(content.data(), static_cast<std::streamsize>(content.size()));
+    require(out.good(), "a file of the run can not be written");
+}
+
+void deleteFiles() {
+    for (const std::filesystem::directory_entry& entry : std::filesystem::directory_iterator("."))
+        std::filesystem::remove_all(entry.path());
+}
+
 std::string_view textOf(const uint8_t* data, size_t size) {
     return {reinterpret_cast<const char*>(data), size};
+}
+
+void requireEqual(std::string_view left, std::string_view right, const char* sentence) {
+    if (left == right) return;
+    const auto at = std::mismatch(left.begin(), left.end(), right.begin(), right.end()).first - left.begin();
+    const size_t lineEnd = left.substr(0, static_cast<size_t>(at)).rfind('\n');
+    const size_t begin = lineEnd == left.npos ? 0 : lineEnd + 1;
+    for (const std::string_view text : {left, right}) {
+        const std::string line(text.substr(begin, text.find('\n', begin) - begin));
+        std::fprintf(stderr, "    %s\n", line.c_str());
+    }
+    fail(sentence);
 }
 
 void fail(const char* sentence) {

@@ -30,6 +30,10 @@ public:
     EngineRun& operator=(EngineRun&&) = delete; // neither copied nor moved
 };
 
+// For runs that read and write files: puts a file into the current folder; takes all files out of it.
+void writeFile(const char* name, std::string_view content);
+void deleteFiles();
+
 // The input as text. It is not terminated.
 std::string_view textOf(const uint8_t* data, size_t size);
 
@@ -38,6 +42,8 @@ std::string_view textOf(const uint8_t* data, size_t size);
 inline void require(bool holds, const char* sentence) {
     if (!holds) fail(sentence);
 }
+// The same of two texts: prints the first line in which they differ.
+void requireEqual(std::string_view left, std::string_view right, const char* sentence);
 
 } // namespace memdata::fuzz
 

@@ -1,0 +1,63 @@
+// map_rounds.cpp - maps read from texts and worded again.
+// SPDX-License-Identifier: Apache-2.0
+#include "support/map_rounds.h"
+
+#include "BmmUtils/annotated_map.h"
+#include "BmmUtils/parser.h"
+#include "FileUtils/FileUtils.h"
+#include "support/engine_run.h"
+#include "support/map_dump.h"
+
+#include <sstream>
+
+namespace memdata::fuzz {
+
+namespace {
+
+constexpr const char* kINSTANCE_MARK = "/\" of \""; // behind the path of a space, ahead of its template's name
+
+} // namespace
+
+OwnedMapping newMapping(TarselDeviceType* device) {
+    OwnedMapping mapping(create_addressMapping_element("map.bmm", device, false, nullptr, nullptr));
+    require(mapping.get() != nullptr, "no mapping could be made");
+    return mapping;
+}
+
+int readMap(std::string_view text, AddressMappingType* mapping) {
+    parse_stream* stream = nullptr;
+    int status =
+        open_parse_MemoryFile("map.bmm", text.data(), text.size(), &bmm_keyword_set, nullptr, nullptr, &stream);
+    if (stream == nullptr) return status;
+    showAsFile(stream);
+    if (status == 0) status = parse_bmm_file(stream, nullptr, mapping);
+    const int closed = close_parse_stream(&stream);
+    return status != 0 ? status : closed;
+}
+
+std::string annotatedText(AddressMappingType* mapping) {
+    fileIODescriptor* file = nullptr;
+    require(OpenMemoryFile("map", kTEXT_WRITE, nullptr, 0, &file) == 0, "no file in memory could be made");
+    require(output_BMM_addressMapping(file, mapping) == 0, "a map that was read can not be written");
+    std::string text(GetFileStorageBase(file), GetFileLogicalSize(file));
+    Close_File(&file);
+    return text;
+}
+
+std::string modelText(const AddressMappingType* mapping) {
+    std::istringstream all(testing::dumpMapping(mapping));
+    std::string text;
+    for (std::string line; std::getline(all, line);) {
+        if (line.starts_with("init ")) continue;
+        if (line.starts_with("mapping ")) line.resize(std::min(line.size(), line.find(" statements ")));
+        if (const size_t at = line.find(kINSTANCE_MARK); at != line.npos) line = line.substr(0, at) + '"';
+        text += line + "\n";
+    }
+    return text;
+}
+
+bool hasInstances(const AddressMappingType* mapping) {
+    return testing::dumpMapping(mapping).find(kINSTANCE_MARK) != std::string::npos;
+}
+
+} // namespace memdata::fuzz
