@@ -39,16 +39,17 @@ TextLevelType outer_level(const TextLevelType& level) {
     return {textOwner(below), level.owner->callLine};
 }
 
-// A line that ends in the text can be shown where it stands. Another one, the last of a text in memory that need not
-// be terminated, is copied.
+// A line that ends in the text can be shown where it stands. Another one, the last of a text in memory that need not be
+// terminated, is copied; so is one that ends at a NUL when the position is the end of the text, which nothing ends.
 void show_line(const parse_stream* context, const char* lineStart, const char* position, AlertLevel* level) {
     const bool isUsable = lineStart != nullptr && position != nullptr;
     const bool atFileEnd = position == context->textEnd && level->kind == AlertLevel::kDISK_FILE;
     level->lineText = level->errorPosition = nullptr;
     // At the end of a file there is no line to show.
     if (!isUsable || atFileEnd) return;
-    const bool endsInText = std::any_of(lineStart, context->textEnd,
-        [](char c) { return c == '\0' || c == kEND_OF_FILE_MARK || isOf(c, kLINE_END_CHARACTER); });
+    const bool endsInText = position != context->textEnd && std::any_of(lineStart, context->textEnd, [](char c) {
+        return c == '\0' || c == kEND_OF_FILE_MARK || isOf(c, kLINE_END_CHARACTER);
+    });
     level->lineText = lineStart;
     level->errorPosition = position;
     if (endsInText) return;

@@ -146,6 +146,13 @@ TEST_F(AlertLevels, AnUnterminatedTextIsShownToItsEnd) {
     EXPECT_EQ(location(text), "   Line #2, File \"text.bmm\".\n a b\n   ^\n");
 }
 
+TEST_F(AlertLevels, AtTheEndOfATextWithANulNothingIsReadBehindIt) {
+    TextReader text(std::string_view("a\0", 2));
+    text->showsAsFile = false;
+    text.all();
+    EXPECT_EQ(location(text), "a\n ^\n");
+}
+
 TEST_F(AlertLevels, ALineEndsAtANul) {
     TextReader text(std::string_view("a b\0c d", 7));
     text.next();
