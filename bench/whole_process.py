@@ -2,36 +2,27 @@
 # whole_process.py - the built tool against other programs, from start to exit, in pairs.
 # SPDX-License-Identifier: Apache-2.0
 #
-#   whole_process.py LANEFILL [ROUNDS]
+#   whole_process.py BUILD [ROUNDS [JOB...]]
 #
-# Each round runs all sides of a comparison one after the other into new files; the ratio of a row is the median of the
-# rounds' ratios, so that a slow minute of the machine counts for both. Absolute times are the best of all rounds. Memory
-# is the peak of the process; below some 20 MB it is what this program itself takes, since a process counts that of the one
-# that starts it. Files stand in the folder for temporary files. objcopy comes with the compiler.
+# prints the figures of each round; report.py takes the same as records. Each round runs all sides of a comparison one
+# after the other into new files, so that a slow minute of the machine counts for both. Files stand in the folder for
+# temporary files. BUILD is a folder of a build with benchmarks, e.g. build/release.
 import os
 import random
 import shutil
-import statistics
 import struct
 import subprocess
 import sys
 import tempfile
-import time
 
-MB = 1 << 20
+MIB = 1 << 20
+MB = 1_000_000
 HERE = os.path.dirname(os.path.abspath(__file__))
+SOC_MAP = os.path.join(HERE, "../examples/soc/soc.bmm")
 
 
-def run(words):
-    """Seconds from start to exit, and the peak of memory in bytes."""
-    start = time.perf_counter()
-    process = subprocess.Popen(words, stdout=subprocess.DEVNULL)
-    _, status, usage = os.wait4(process.pid, 0)
-    seconds = time.perf_counter() - start
-    process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode != 0:
-        sys.exit(f"status {process.returncode}: {' '.join(words)}")
-    return seconds, usage.ru_maxrss * 1024
+class Failed(Exception):
+    """A program that ended with another status than 0, or did not start."""
 
 
 def write_elf(name, size):
@@ -46,8 +37,8 @@ def write_elf(name, size):
         out.write(struct.pack("<8I", 1, data_at, 0, 0, size, size, 6, 16))
         out.write(b"\0" * (data_at - out.tell()))
         random.seed(size)
-        for done in range(0, size, MB):
-            out.write(random.randbytes(min(MB, size - done)))
+        for done in range(0, size, MIB):
+            out.write(random.randbytes(min(MIB, size - done)))
         out.write(names)
         out.write(b"\0" * (sections_at - out.tell()))
         out.write(struct.pack("<10I", *[0] * 10))
@@ -55,9 +46,11 @@ def write_elf(name, size):
         out.write(struct.pack("<10I", 7, 3, 0, 0, names_at, len(names), 0, 0, 1, 0))
 
 
-def write_map(name, size):
-    """Four lanes of bytes, of any depth."""
-    lanes = "".join(f"   lane{lane} [{8 * lane + 7}:{8 * lane}] [0:{size // 4 - 1}];\n" for lane in (3, 2, 1, 0))
+def write_map(name, size, lane_count):
+    """A bus of 32 bits on lanes of one width, of any depth."""
+    width = 32 // lane_count
+    lanes = "".join(f"   lane{lane} [{width * lane + width - 1}:{width * lane}] [0:{size // 4 - 1}];\n"
+                    for lane in reversed(range(lane_count)))
     with open(name, "w") as out:
         out.write(f"ADDRESS_MAP cpu RISCV 0\n ADDRESS_SPACE ram MEMORY [0:{size - 1}]\n  BUS_BLOCK\n{lanes}"
                   "  END_BUS_BLOCK;\n END_ADDRESS_SPACE;\nEND_ADDRESS_MAP;\n")
@@ -78,105 +71,216 @@ def write_device_map(name, columns, rows):
     return blocks * 16384
 
 
+def write_large_map(name, lane_count):
+    """Lanes of a hundred bytes of text, four to a block, in spaces of 1,024 lanes."""
+    with open(name, "w") as out:
+        for first in range(0, lane_count, 1024):
+            count = min(1024, lane_count - first)
+            begin = first // 4 * 16384
+            out.write(f"ADDRESS_SPACE ram_{first} RAMB32 [0x{begin:X}:0x{begin + count // 4 * 16384 - 1:X}]\n")
+            for lane in range(first, first + count):
+                low = 24 - lane % 4 * 8
+                if lane % 4 == 0:
+                    out.write("    BUS_BLOCK\n")
+                line = (f"        system_i/axi_bram_ctrl_{lane}/ramloop.ram_r/prim_noinit.ram [{low + 7}:{low}]"
+                        f" LOC = X{lane % 90}Y{lane // 90}")
+                out.write(f"{line:<97};\n")
+                if lane % 4 == 3:
+                    out.write("    END_BUS_BLOCK;\n")
+            out.write("END_ADDRESS_SPACE;\n")
+
+
 class Bench:
-    def __init__(self, tool, rounds, folder):
-        self.tool, self.rounds, self.folder = tool, rounds, folder
+    """The programs of a build, and a folder for the files of a run."""
+
+    def __init__(self, build, rounds, folder):
+        self.build, self.rounds, self.folder = os.path.abspath(build), rounds, folder
+        self.tool = os.path.join(self.build, "lanefill")
 
     def path(self, name):
         return os.path.join(self.folder, name)
 
-    def renew(self, name):
+    def run(self, *words):
+        """Seconds from start to exit, and the peak of memory in bytes."""
+        starter = os.path.join(self.build, "bench/measure_process")
+        try:
+            told = subprocess.run([starter, *words], stdout=subprocess.PIPE, check=True, text=True).stdout
+        except (OSError, subprocess.CalledProcessError) as error:
+            raise Failed(str(error)) from error
+        seconds, peak, status = told.split()
+        if status != "0":
+            raise Failed(f"status {status}: {' '.join(words)}")
+        return float(seconds), int(peak)
+
+    def renewed(self, name):
         """A folder without files."""
         shutil.rmtree(self.path(name), ignore_errors=True)
         os.mkdir(self.path(name))
         return self.path(name)
 
-    def inputs(self, size):
-        elf, bmm = self.path(f"{size}.elf"), self.path(f"{size}.bmm")
-        write_elf(elf, size)
-        write_map(bmm, size)
-        return elf, bmm
+    def absent(self, name):
+        """A name of no file."""
+        if os.path.exists(self.path(name)):
+            os.remove(self.path(name))
+        return self.path(name)
 
-    def translate(self, elf, bmm, *more):
-        return run([self.tool, "-bm", bmm, "-bd", elf, *more, "-bx", self.renew("mem")])
+    def elf(self, size):
+        name = self.path(f"{size}.elf")
+        if not os.path.exists(name):
+            write_elf(name, size)
+        return name
 
-    def row(self, what, figure, mark, met):
-        print(f"  {what:<66} {figure:>20}   {mark}{'' if met else '   MISSED'}")
+    def map(self, size, lane_count):
+        name = self.path(f"{size}_{lane_count}.bmm")
+        write_map(name, size, lane_count)
+        return name
 
-    def against_objcopy(self):
-        size = 64 * MB
-        elf, bmm = self.inputs(size)
-        four, one, seconds, peaks = [], [], [], []
-        for _ in range(self.rounds):
-            mine, peak = self.translate(elf, bmm)
-            lanes = self.renew("objcopy")
-            theirs = sum(run(["objcopy", "-I", "elf32-little", "-O", "verilog", "--interleave=4", f"--byte={byte}", elf,
-                              f"{lanes}/{byte}.hex"])[0] for byte in range(4))
-            plain = run(["objcopy", "-I", "elf32-little", "-O", "verilog", elf, f"{self.renew('objcopy')}/all.hex"])[0]
-            four.append(theirs / mine)
-            one.append(plain / mine)
-            seconds.append(mine)
-            peaks.append(peak)
-        self.renew("objcopy")
-        faster, plainly, memory = statistics.median(four), statistics.median(one), max(peaks) / os.path.getsize(elf)
-        self.row("64 MB ELF to four 8-bit lanes", f"{min(seconds):.2f} s", "", True)
-        self.row("  four runs of objcopy -O verilog --interleave take", f"{faster:.2f} times that", "2, goal 3",
-                 faster >= 2)
-        self.row("  one run of objcopy -O verilog takes", f"{plainly:.2f} times that", "1", plainly > 1)
-        self.row("  peak of memory", f"{memory:.2f} times the file", "2.2", memory <= 2.2)
+    def objcopy(self, elf, out, *words):
+        return self.run("objcopy", "-I", "elf32-little", "-O", "verilog", *words, elf, out)[0]
 
-    def small(self):
-        elf = self.path("small.elf")
-        write_elf(elf, 65536)
-        bmm = os.path.join(HERE, "../examples/soc/soc.bmm")
-        figures = [self.translate(elf, bmm, "-p", "tq7b100") for _ in range(4 * self.rounds)]
-        milliseconds = min(seconds for seconds, _ in figures) * 1000
-        megabytes = max(peak for _, peak in figures) / MB
-        self.row("64 KB ELF to sixteen memories of a named device", f"{milliseconds:.1f} ms", "10", milliseconds < 10)
-        self.row("  peak of memory", f"at most {megabytes:.1f} MB", "24", megabytes < 24)
 
-    def sizes(self):
-        figures = {}
-        for megabytes in (1, 4, 16, 64):
-            elf, bmm = self.inputs(megabytes * MB)
-            figures[megabytes] = min(self.translate(elf, bmm)[0] for _ in range(self.rounds))
-        for megabytes, seconds in figures.items():
-            each = seconds / megabytes * 1000
-            # Small ones pay for the start of the process too.
-            self.row(f"{megabytes} MB ELF to four 8-bit lanes", f"{each:.2f} ms a MB", "",
-                     each <= 2 * figures[1] * 1000)
+def has(program):
+    return shutil.which(program) is not None
 
-    def bit_file(self):
-        bmm, elf, old, new = (self.path(name) for name in ("device.bmm", "device.elf", "top.bit", "new.bit"))
-        size = write_device_map(bmm, columns=12, rows=70)
-        write_elf(elf, size)
-        run([os.path.join(os.path.dirname(self.tool), "lanefill-mkbit"), "--device", "tq7b100", "-o", old])
-        ratios, seconds, peaks = [], [], []
-        for _ in range(self.rounds):
-            for name in (new, new + ".cp"):
-                if os.path.exists(name):
-                    os.remove(name)
-            mine, peak = run([self.tool, "-bm", bmm, "-bd", elf, "-bt", old, "-o", "b", new])
-            ratios.append(mine / run(["cp", old, new + ".cp"])[0])
-            seconds.append(mine)
-            peaks.append(peak)
-        ratio = statistics.median(ratios)
-        self.row("all 840 memories of a 16 MB bit file, into a new one", f"{min(seconds) * 1000:.0f} ms", "",
-                 True)
-        self.row("  against cp", f"{ratio:.2f} times", "3, goal 1.5", ratio <= 3)
-        self.row("  peak of memory", f"{max(peaks) / os.path.getsize(old):.2f} times the file", "", True)
+
+# Each job gives pairs of a name and the figures of one round: seconds, bytes, and times.
+
+def four_lanes(bench):
+    """ELF files of several sizes to four 8-bit lanes."""
+    inputs = {megabytes: (bench.elf(megabytes * MIB), bench.map(megabytes * MIB, 4)) for megabytes in (1, 4, 16, 64)}
+    for _ in range(bench.rounds):
+        for megabytes, (elf, bmm) in inputs.items():
+            mine, peak = bench.run(bench.tool, "-bm", bmm, "-bd", elf, "-bx", bench.renewed("mem"))
+            figures = {"seconds": mine, "bytes_per_second": megabytes * MIB / mine, "peak": peak,
+                       "peak_over_file": peak / os.path.getsize(elf)}
+            if megabytes == 64 and has("objcopy"):
+                lanes = bench.renewed("peer")
+                four = sum(bench.objcopy(elf, f"{lanes}/{byte}.hex", "--interleave=4", f"--byte={byte}")
+                           for byte in range(4))
+                figures["speed_over_four_runs"] = four / mine
+                figures["speed_over_one_run"] = bench.objcopy(elf, f"{bench.renewed('peer')}/all.hex") / mine
+            yield f"{megabytes} MB", figures
+    bench.renewed("peer")
+
+
+def one_lane(bench):
+    """A 16 MB ELF file to one file of 32-bit words."""
+    size = 16 * MIB
+    elf, bmm, plain = bench.elf(size), bench.map(size, 1), bench.path("plain.bin")
+    with open(plain, "wb") as out:
+        random.seed(size)
+        out.write(random.randbytes(size))
+    for _ in range(bench.rounds):
+        mine, _ = bench.run(bench.tool, "-bm", bmm, "-bd", elf, "-bx", bench.renewed("mem"))
+        figures = {"seconds": mine, "bytes_per_second": size / mine}
+        if has("objcopy"):
+            figures["speed_over_objcopy"] = bench.objcopy(elf, bench.absent("all.hex")) / mine
+        if has("srec_cat"):
+            theirs, _ = bench.run("srec_cat", plain, "-binary", "-o", bench.absent("all.vmem"), "-VMem", "32")
+            figures["speed_over_srec_cat"] = theirs / mine
+        yield "16 MB", figures
+
+
+def small_job(bench):
+    """What a run costs when there is little to do."""
+    elf, bmm = bench.elf(65536), bench.map(8192, 4)
+    data = bench.path("app.mem")
+    with open(data, "w") as out:
+        out.write("@00000000\n13 05 10 00   93 05 20 00\n")
+    for _ in range(4 * bench.rounds):
+        seconds, peak = bench.run(bench.tool, "-bm", SOC_MAP, "-bd", elf, "-p", "tq7b100", "-bx", bench.renewed("mem"))
+        yield "64 KB with a device", {"seconds": seconds, "peak": peak}
+        seconds, peak = bench.run(bench.tool, "-bm", bmm, "-bd", data, "-bx", bench.renewed("mem"))
+        yield "8 bytes without a device", {"seconds": seconds, "peak": peak}
+
+
+def start(bench):
+    """Start-up alone, beside a program that does nothing."""
+    for _ in range(8 * bench.rounds):
+        nothing, _ = bench.run("true")
+        for name, words in (("version", ["--version"]), ("no arguments", [])):
+            seconds, peak = bench.run(bench.tool, *words)
+            yield name, {"seconds": seconds, "peak": peak, "time_over_true": seconds / nothing}
+
+
+def device_list(bench):
+    """Every device with all its facts, as JSON."""
+    for _ in range(bench.rounds):
+        seconds, peak = bench.run(bench.tool, "devices", "--json")
+        yield "json", {"seconds": seconds, "peak": peak}
+
+
+def large_map(bench):
+    """A map of 100,000 lanes read, checked and written with its computed facts."""
+    bmm = bench.path("large.bmm")
+    write_large_map(bmm, 100_000)
+    size = os.path.getsize(bmm)
+    for _ in range(bench.rounds):
+        seconds, peak = bench.run(bench.tool, "-bm", bmm, "-o", "p", bench.absent("large_out.bmm"))
+        yield "annotated", {"seconds": seconds, "bytes_per_second": size / seconds, "peak": peak,
+                            "peak_over_text": peak / size}
+
+
+def bit_file(bench):
+    """All memories of a bit file replaced into a new one, and the file dumped as text."""
+    for device, columns, rows, rounds in (("tq7b100", 12, 70, 3 * bench.rounds), ("tq7b1000", 30, 280, bench.rounds)):
+        bmm, elf, old, new = (bench.path(device + end) for end in (".bmm", ".elf", ".bit", ".new.bit"))
+        data_bytes = write_device_map(bmm, columns, rows)
+        write_elf(elf, data_bytes)
+        bench.run(bench.tool + "-mkbit", "--device", device, "-o", old)
+        size = os.path.getsize(old)
+        lane_bytes = data_bytes // 8 * 9
+        for _ in range(rounds):
+            mine, peak = bench.run(bench.tool, "-bm", bmm, "-bd", elf, "-bt", old, "-o", "b", bench.absent(new))
+            theirs, _ = bench.run("cp", old, bench.absent(new + ".cp"))
+            yield f"replace {device}", {"seconds": mine, "bytes_per_second": size / mine, "time_over_cp": mine / theirs,
+                                        "peak": peak, "peak_over_file": peak / size,
+                                        "peak_beside": peak - size - lane_bytes}
+        for name in (new, new + ".cp"):
+            bench.absent(name)
+        for _ in range(bench.rounds):
+            mine, peak = bench.run(bench.tool, "-bm", bmm, "-bt", old, "-d", "-o", "d", bench.absent("dump.dmp"))
+            yield f"dump {device}", {"seconds": mine, "bytes_per_second": os.path.getsize(bench.path("dump.dmp")) / mine,
+                                     "peak": peak}
+        bench.absent("dump.dmp")
+
+
+def sizes(bench):
+    """Bytes of what is built."""
+    yield "library", {"bytes": os.path.getsize(os.path.join(bench.build, "libmemdata.so"))}
+    yield "tool", {"bytes": os.path.getsize(bench.tool)}
+
+
+JOBS = {job.__name__: job
+        for job in (start, sizes, small_job, four_lanes, one_lane, large_map, bit_file, device_list)}
+
+
+def measure(build, rounds, names=None):
+    """The figures of each round by "job/name", for the named jobs or all; a job that fails gives its text alone."""
+    samples, failures = {}, {}
+    for name in names or JOBS:
+        with tempfile.TemporaryDirectory(prefix="memdata-bench-") as folder:
+            try:
+                for kind, figures in JOBS[name](Bench(build, rounds, folder)):
+                    samples.setdefault(f"{name}/{kind}", []).append(figures)
+            except (Failed, OSError) as error:
+                failures[name] = str(error)
+    return samples, failures
 
 
 def main():
-    tool = os.path.abspath(sys.argv[1])
+    if len(sys.argv) < 2:
+        sys.exit("usage: whole_process.py BUILD [ROUNDS [JOB...]]")
     rounds = int(sys.argv[2]) if len(sys.argv) > 2 else 5
-    print(f"  {'':<66} {'measured':>20}   mark")
-    with tempfile.TemporaryDirectory() as folder:
-        bench = Bench(tool, rounds, folder)
-        bench.against_objcopy()
-        bench.small()
-        bench.sizes()
-        bench.bit_file()
+    samples, failures = measure(sys.argv[1], rounds, sys.argv[3:])
+    for name, each_round in samples.items():
+        print(name)
+        for figures in each_round:
+            print("   ", "  ".join(f"{key} {value:.6g}" for key, value in figures.items()))
+    for name, text in failures.items():
+        print(f"{name} failed: {text}", file=sys.stderr)
+    return 1 if failures else 0
 
 
-main()
+if __name__ == "__main__":
+    sys.exit(main())
