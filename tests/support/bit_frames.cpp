@@ -102,6 +102,11 @@ MemoryFrames::MemoryFrames(const TarselDeviceType* device, const MemorySite& sit
     }
 }
 
+size_t MemoryFrames::reach() const {
+    const u64 lastFrame = u64{type_->frameCount - 1U} * device_->bramFrameBits;
+    return (lastFrame + sliceStart_ + type_->frameSliceBits + 7) / 8;
+}
+
 // visit(image is parity, bit of the image, bit of the column)
 template<class Visit>
 void MemoryFrames::forEachBit_(Visit&& visit) const {

@@ -37,6 +37,8 @@ public:
     MemoryFrames(const TarselDeviceType* device, const MemorySite& site);
 
     u32 column() const { return column_; } // configuration column
+    // Bytes from the start of the column to behind the memory's part of its last frame.
+    size_t reach() const;
     // column begins at bit 0: of the column's bytes in a burst.
     MemoryImages read(const Bytes& burst, size_t columnStart) const;
     void write(Bytes& burst, size_t columnStart, const MemoryImages& images) const;

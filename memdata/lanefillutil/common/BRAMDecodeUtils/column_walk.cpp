@@ -57,6 +57,7 @@ u8* walkColumn(const TarselDeviceType* device, u8* data, u64 byteCount, i32 phys
     const u32 rowLimit = scale * device->physicalRows;
     u8* pointer = data;
     bool shifted = false;
+    u64 wholeBytes = byteCount; // of those from data on
     Site site;
     site.type = device->memoryLocs[0].type;
     for (u32 row = 0; row < rowLimit; row += std::max(scale / std::max(site.type->subRowFactor, 1U), 1U)) {
@@ -65,9 +66,10 @@ u8* walkColumn(const TarselDeviceType* device, u8* data, u64 byteCount, i32 phys
         if (row == 0) {
             pointer = SkipAnyFramePadBits(device, site.physLoc, data, byteCount);
             shifted = isFirstGeneration(device);
+            if (shifted && byteCount != 0) --wholeBytes; // the last one has lost its low bits to the shift
         }
         const u64 offset = static_cast<u64>(pointer - data);
-        const bool fits = offset <= byteCount && memdata::codecFrameBytes(device, site.type) <= byteCount - offset;
+        const bool fits = offset <= wholeBytes && memdata::codecFrameBytes(device, site.type) <= wholeBytes - offset;
         if (site.exists == kT && fits) visit(site, pointer);
         pointer = SkipToNextEncodedBRAM(site.type, site.physLoc, pointer);
     }

@@ -233,6 +233,25 @@ TEST_F(ColumnWalk, MemoriesBehindTheEndOfABurstAreLeftAlone) {
     }
 }
 
+TEST_F(ColumnWalk, AMemoryWhoseLastBitsLieBehindTheEndOfABurstIsLeftAlone) {
+    const TarselDeviceType* device = get_device_record_by_name("tq1a8");
+    PlacedMap map("tq1a8");
+    for (const MemorySite& site : sitesOf(device)) map.add(site, 8);
+    map.fill(7);
+    ASSERT_EQ(initialize_cross_coordinate_lookup_table(map.get()), 0);
+    const Bytes all = framesOf(device, 7);
+    for (const PlacedLane& placed : map.lanes()) {
+        const MemoryFrames memory(device, placed.site);
+        if (memory.column() != 0) continue;
+        for (const size_t size : {memory.reach() - 1, memory.reach()}) {
+            Bytes frames(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(size));
+            placed.lane->isReplaced = false;
+            ReplaceBRAMColumn(device, frames.data(), frames.size(), 0, map.get());
+            EXPECT_EQ(placed.lane->isReplaced, size == memory.reach()) << memory.reach();
+        }
+    }
+}
+
 TEST_F(ColumnWalk, APairsSecondSiteSharesTheFramesOfTheFirst) {
     const TarselDeviceType* device = get_device_record_by_name("td6a24");
     for (u32 y = 0; y < 12; y += 2) {
