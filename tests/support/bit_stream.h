@@ -71,7 +71,8 @@ public:
     // 16-bit families need two for what others hold in one.
     u32 wordsOf32Bits() const { return 4 / form_.wordBytes; }
 
-    void word(u32 value); // outside of packets, not in the CRC
+    void byte(u8 value) { bytes_.push_back(value); } // outside of packets, not in the CRC, as the next two
+    void word(u32 value);
     void syncValue(u32 value);
     void sync(); // and a fresh CRC
     void noOperation();

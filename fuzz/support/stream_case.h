@@ -1,0 +1,65 @@
+// stream_case.h - what a recipe asks of a stream target: a device, a map with lanes on its memories, a stream, a bit file.
+// SPDX-License-Identifier: Apache-2.0
+#ifndef MEMDATA_FUZZ_SUPPORT_STREAM_CASE_H
+#define MEMDATA_FUZZ_SUPPORT_STREAM_CASE_H
+
+#include "support/engine_run.h"
+#include "support/placed_map.h"
+#include "support/stream_model.h"
+#include "support/stream_recipe.h"
+
+#include <optional>
+
+namespace memdata::fuzz {
+
+// Lives inside an engine run.
+class StreamCase {
+public:
+    StreamCase(const uint8_t* data, size_t size);
+
+    const StreamRecipe& recipe() const { return recipe_; }
+    TarselDeviceType* device() const { return map_.device(); }
+    const Bytes& stream() const { return stream_; }
+    const testing::PlacedMap& placed() const { return map_; }
+    AddressMappingType* map() const { return recipe_.has(StreamRecipe::NO_MAP) ? nullptr : map_.get(); }
+    u32 replacementFlags() const { return recipe_.has(StreamRecipe::ALLOW_MFWR) ? 0x100 : 0; }
+
+    // The bit file of a stream, and bytes behind it where the recipe asks for them.
+    Bytes fileOf(const Bytes& stream) const;
+    // What a replacement does with the stream.
+    StreamModel replacementModel(u32 flags) const;
+
+    // Aborts unless the engine has said of each lane with data what the model says.
+    void requireReached(const StreamModel& model) const;
+
+private:
+    StreamRecipe recipe_;
+    testing::PlacedMap map_;
+    Bytes stream_;
+};
+
+// A bit file in the folder of the run, as long as this lives. Aborts when the run has changed it.
+class InputFile {
+public:
+    explicit InputFile(Bytes bytes);
+    ~InputFile();
+    InputFile& operator=(InputFile&&) = delete; // neither copied nor moved
+
+    const char* name() const { return "top.bit"; }
+
+private:
+    Bytes bytes_;
+};
+
+// The contents of a file of the run, which goes with it; nothing when there is none.
+std::optional<Bytes> takeFile(const char* name);
+
+// What every stream target has libFuzzer do with its inputs: packets are added, taken away, exchanged and changed, so
+// that most inputs are streams that get far. As LLVMFuzzerCustomMutator and LLVMFuzzerCustomCrossOver.
+size_t mutateStream(uint8_t* data, size_t size, size_t maxSize, unsigned seed);
+size_t crossStreams(const uint8_t* one, size_t oneSize, const uint8_t* other, size_t otherSize, uint8_t* out,
+    size_t maxSize, unsigned seed);
+
+} // namespace memdata::fuzz
+
+#endif
