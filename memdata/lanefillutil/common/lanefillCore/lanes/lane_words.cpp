@@ -43,7 +43,8 @@ void takeParity(BitLaneGridElemType* element, BufferChunkAccess* source, EndianC
 void storeWord(BitLaneGridElemType* element, unsigned swapWidth, unsigned bits, u64 word, EndianConvert::UInt128* bus) {
     BitLaneType* lane = element->lane;
     lane->dataChunks->PutNextTransformChunk(bits, memdata::swapLaneBytes(swapWidth, word));
-    lane->dataChunks->SkipBits(memdata::laneSlotBits(bits) - bits);
+    if (const unsigned slotBits = memdata::laneSlotBits(bits); slotBits > bits)
+        lane->dataChunks->SkipBits(slotBits - bits);
     update_max_transform_buffer_addresses(element);
     accumulate_bus_width_value(bits, word, bus);
     ++lane->laneState;
@@ -52,19 +53,6 @@ void storeWord(BitLaneGridElemType* element, unsigned swapWidth, unsigned bits, 
 } // namespace
 
 namespace memdata {
-
-u64 swapLaneBytes(unsigned swapWidth, u64 word) {
-    switch (swapWidth) {
-    case 16:
-        return EndianConvert::swapTwoBytes(word); // on purpose only these two, also in a wider lane
-    case 32:
-        return EndianConvert::swapFourBytes(word);
-    case 64:
-        return EndianConvert::swapEightBytes(word);
-    default:
-        return word;
-    }
-}
 
 void accumulateStoredWord(const BitLaneGridElemType* element, unsigned swapWidth, EndianConvert::UInt128* bus) {
     const BitLaneType* lane = element->lane;

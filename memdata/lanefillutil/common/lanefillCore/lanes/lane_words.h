@@ -20,7 +20,18 @@ namespace memdata {
 void transformRestOfLaneValue(BitLaneGridElemType* element, unsigned headBits, unsigned swapWidth,
     BufferChunkAccess* source, EndianConvert::UInt128* bus);
 
-u64 swapLaneBytes(unsigned swapWidth, u64 word);
+inline u64 swapLaneBytes(unsigned swapWidth, u64 word) {
+    switch (swapWidth) {
+    case 16:
+        return EndianConvert::swapTwoBytes(word); // on purpose only these two, also in a wider lane
+    case 32:
+        return EndianConvert::swapFourBytes(word);
+    case 64:
+        return EndianConvert::swapEightBytes(word);
+    default:
+        return word;
+    }
+}
 
 // Appends the word under the lane's cursors to the bus word and changes nothing: what a lane contributes to
 // the check bits after the source has run out. The data bits are cut to 32.

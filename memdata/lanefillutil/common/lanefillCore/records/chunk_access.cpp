@@ -59,6 +59,12 @@ void BufferChunkAccess::operator delete(void* cursor) {
     if (cursor != nullptr) releaseMemory(cursor);
 }
 
+// What is read first is the high part, in both orders.
+u64 BufferChunkAccess::readCrossing(unsigned bits, const TransformLookupType& entry) {
+    const u64 first = ReadTransformUnitValue(bits - entry.shift);
+    return first << entry.shift | ReadTransformUnitValue(entry.shift);
+}
+
 // On purpose not the mirror of a crossing read: the second part passes over a byte, and its width and value
 // are taken from the mask and the count of the bits that cross, not the other way round. What was written
 // this way once is found again only by writing the same way. Lanes never come here: theirs are slots that
@@ -69,6 +75,30 @@ void BufferChunkAccess::writeCrossing(unsigned bits, unsigned long value, const 
     bitOffset = 0;
     ++current;
     WriteTransformUnitValue(entry.keep, value & entry.shift);
+}
+
+u64 BufferChunkAccess::readUnits(unsigned bits) {
+    u64 value = 0;
+    for (unsigned done = 0; done < bits;) {
+        const unsigned unit = std::min(bits - done, kUNIT_BITS);
+        const u64 part = ReadTransformUnitValue(unit);
+        value = endianness == kDATA_ORDER ? value << unit | part : value | part << done;
+        done += unit;
+    }
+    return value;
+}
+
+void BufferChunkAccess::writeUnits(unsigned bits, unsigned long value) {
+    for (unsigned left = bits; left > 0;) {
+        const unsigned unit = std::min(left, kUNIT_BITS);
+        left -= unit;
+        if (endianness == kDATA_ORDER) {
+            WriteTransformUnitValue(unit, value >> left);
+        } else {
+            WriteTransformUnitValue(unit, value);
+            value >>= unit;
+        }
+    }
 }
 
 u64 BufferChunkAccess::GetNextBitLaneTransformChunk(unsigned* bits) {

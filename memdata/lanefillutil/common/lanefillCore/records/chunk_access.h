@@ -81,18 +81,19 @@ private:
 
     bool insideBuffer() const { return static_cast<u64>(current - buffer) < byteSize; }
     void advance(unsigned bits);
+    u64 readCrossing(unsigned bits, const TransformLookupType& entry);
     void writeCrossing(unsigned bits, unsigned long value, const TransformLookupType& entry);
+    u64 readUnits(unsigned bits);
+    void writeUnits(unsigned bits, unsigned long value);
     void refreshByteCount() { byteCount = bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0); }
 };
 
 // The steps of every bit of a translation stand here, so that its loops hold no calls.
 
 inline void BufferChunkAccess::advance(unsigned bits) {
-    bitOffset += bits;
-    if (bitOffset >= 8) {
-        ++current;
-        bitOffset -= 8;
-    }
+    const u64 end = bitOffset + bits;
+    current += end / 8;
+    bitOffset = end % 8;
     bitsRemaining -= bits;
     bitCount += bits;
 }
@@ -100,10 +101,7 @@ inline void BufferChunkAccess::advance(unsigned bits) {
 inline u64 BufferChunkAccess::ReadTransformUnitValue(unsigned bits) {
     if (bits == 0 || bits > kUNIT_BITS) return 0;
     const TransformLookupType& entry = (*lookup)[bitOffset][bits];
-    if (entry.mask == 0) { // crosses into the next byte; what is read first is the high part, in both orders
-        const u64 first = ReadTransformUnitValue(bits - entry.shift);
-        return first << entry.shift | ReadTransformUnitValue(entry.shift);
-    }
+    if (entry.mask == 0) return readCrossing(bits, entry);
     const u64 value = insideBuffer() ? (*current & entry.mask) >> entry.shift : 0;
     advance(bits);
     return value;
@@ -119,14 +117,9 @@ inline void BufferChunkAccess::WriteTransformUnitValue(unsigned bits, unsigned l
 }
 
 inline u64 BufferChunkAccess::GetNextTransformChunk(unsigned* bits) {
-    *bits = static_cast<unsigned>(std::min<u64>({*bits, bitsRemaining, kCHUNK_BITS}));
-    u64 value = 0;
-    for (unsigned done = 0; done < *bits;) {
-        const unsigned unit = std::min(*bits - done, kUNIT_BITS);
-        const u64 part = ReadTransformUnitValue(unit);
-        value = endianness == kDATA_ORDER ? value << unit | part : value | part << done;
-        done += unit;
-    }
+    const auto count = static_cast<unsigned>(std::min<u64>(std::min(*bits, kCHUNK_BITS), bitsRemaining));
+    *bits = count;
+    const u64 value = count <= kUNIT_BITS ? ReadTransformUnitValue(count) : readUnits(count);
     refreshByteCount();
     return value;
 }
@@ -138,16 +131,10 @@ inline void BufferChunkAccess::PutNextTransformChunk(unsigned bits, unsigned lon
         value >>= bits - bitsRemaining;
         bits = static_cast<unsigned>(bitsRemaining);
     }
-    for (unsigned left = bits; left > 0;) {
-        const unsigned unit = std::min(left, kUNIT_BITS);
-        left -= unit;
-        if (endianness == kDATA_ORDER) {
-            WriteTransformUnitValue(unit, value >> left);
-        } else {
-            WriteTransformUnitValue(unit, value);
-            value >>= unit;
-        }
-    }
+    if (bits <= kUNIT_BITS)
+        WriteTransformUnitValue(bits, value);
+    else
+        writeUnits(bits, value);
     refreshByteCount();
 }
 
