@@ -19,7 +19,7 @@ int transform_segment_data(
 namespace memdata {
 
 enum class TransformPath {
-    kBY_SHAPE, // whole bus words of like lanes by the fast path, all else by the plain one
+    kBY_SHAPE, // whole bus words by the fast path, all else by the plain one
     kPLAIN,    // everything word by word: the reference
 };
 

@@ -15,7 +15,6 @@
 namespace memdata {
 namespace {
 
-constexpr u64 kMAX_LANES = 2048;         // lanes of one bit on the widest bus
 constexpr u64 kMAX_GATHERED_LANES = 256; // lanes of a byte
 constexpr u64 kMAX_CHECKED_BUS_BITS = 128;
 
@@ -23,14 +22,31 @@ bool oneOf(u64 value, std::initializer_list<u64> values) {
     return std::ranges::find(values, value) != values.end();
 }
 
-bool likeTheFirst(const BitLaneGridElemType* element, const BitLaneGridElemType* first) {
-    return element->laneWidth == first->laneWidth && element->parityWidth == first->parityWidth &&
-           element->bitOrdering == first->bitOrdering && element->lane->dataChunks != nullptr &&
+bool allLanes(const BusBlockType* block, const auto& holds) {
+    return std::all_of(block->lanes, block->lanes + block->laneCount, holds);
+}
+
+bool allAlike(const BusBlockType* block) {
+    return allLanes(block, [first = block->lanes[0]](const BitLaneGridElemType* element) {
+        return element->laneWidth == first->laneWidth && element->parityWidth == first->parityWidth &&
+               element->bitOrdering == first->bitOrdering;
+    });
+}
+
+bool fitsStream(const BitLaneGridElemType* element) {
+    const unsigned dataBits = laneDataBits(element);
+    return dataBits >= 1 && dataBits <= 64 && oneOf(element->parityWidth, {0, 1, 2, 4, 8}) &&
+           element->lane->dataChunks != nullptr &&
            (element->parityWidth == 0 || element->lane->parityChunks != nullptr);
 }
 
-bool allLanes(const BusBlockType* block, const auto& holds) {
-    return std::all_of(block->lanes, block->lanes + block->laneCount, holds);
+unsigned slotBitsOf(const BitLaneGridElemType* element) {
+    return laneSlotBits(laneDataBits(element));
+}
+
+// Of a lane's word in a source: pad bits and parity bits, then the data bits.
+u64 sourceBitsOf(const BitLaneGridElemType* element) {
+    return u64{(element->parityWidth + 3) / 4 * 4} + laneDataBits(element);
 }
 
 // A swap that turns a whole lane word round, or leaves it.
@@ -52,9 +68,10 @@ bool canGather(const BusBlockType* block, const BufferChunkAccess* source) {
     const BitLaneGridElemType* first = block->lanes[0];
     const unsigned dataBits = laneDataBits(first);
     return oneOf(dataBits, {8, 16, 32, 64}) && first->parityWidth == 0 && block->laneCount <= kMAX_GATHERED_LANES &&
-           source->bitOffset == 0 && wholeSwap(block->lanePitch, dataBits) && checkedFromBytes(block, dataBits) &&
-           allLanes(
-               block, [](const BitLaneGridElemType* element) { return element->lane->dataChunks->bitOffset == 0; });
+           allAlike(block) && source->bitOffset == 0 && wholeSwap(block->lanePitch, dataBits) &&
+           checkedFromBytes(block, dataBits) && allLanes(block, [](const BitLaneGridElemType* element) {
+               return element->lane->dataChunks->bitOffset == 0;
+           });
 }
 
 void gatherWords(BusBlockType* block, const BufferChunkAccess* source, u64 words, bool byteSwapEcc) {
@@ -73,7 +90,7 @@ void gatherWords(BusBlockType* block, const BufferChunkAccess* source, u64 words
 bool canGatherNarrow(const BusBlockType* block, const BufferChunkAccess* source) {
     const BitLaneGridElemType* first = block->lanes[0];
     const unsigned dataBits = laneDataBits(first);
-    return oneOf(dataBits, {1, 2, 4}) && first->parityWidth == 0 && block->eccType == kECC_NONE &&
+    return oneOf(dataBits, {1, 2, 4}) && first->parityWidth == 0 && block->eccType == kECC_NONE && allAlike(block) &&
            !oneOf(block->lanePitch, {16, 32, 64}) && source->bitOffset % dataBits == 0 &&
            allLanes(block, [first](const BitLaneGridElemType* element) {
                return element->lane->dataChunks->bitOffset == first->lane->dataChunks->bitOffset;
@@ -82,7 +99,7 @@ bool canGatherNarrow(const BusBlockType* block, const BufferChunkAccess* source)
 
 void gatherNarrowWords(BusBlockType* block, const BufferChunkAccess* source, u64 laneBytes) {
     const BitLaneGridElemType* first = block->lanes[0];
-    std::array<u8*, kMAX_LANES> lanes;
+    std::array<u8*, kMAX_STREAM_LANES> lanes;
     for (u64 i = 0; i < block->laneCount; ++i) lanes[i] = block->lanes[i]->lane->dataChunks->current;
     gatherNarrowLanes(laneDataBits(first), first->bitOrdering == kBIT_ORDERING_ASCENDING, source->current,
         source->bitOffset, std::span(lanes.data(), block->laneCount), laneBytes);
@@ -110,19 +127,21 @@ u64 storeRun(BusBlockType* block, const BufferChunkAccess* source, u64 maxWords,
 }
 
 // How many words the lanes' cursors still hold.
-u64 roomInLanes(const BusBlockType* block, unsigned slotBits, unsigned parityWidth) {
+u64 roomInLanes(const BusBlockType* block) {
     u64 words = UINT64_MAX;
     for (u64 i = 0; i < block->laneCount; ++i) {
-        const BitLaneType* lane = block->lanes[i]->lane;
-        words = std::min(words, lane->dataChunks->GetNumberBufferBitsRemaining() / slotBits);
-        if (parityWidth > 0) words = std::min(words, lane->parityChunks->GetNumberBufferBitsRemaining() / parityWidth);
+        const BitLaneGridElemType* element = block->lanes[i];
+        const BitLaneType* lane = element->lane;
+        words = std::min(words, lane->dataChunks->GetNumberBufferBitsRemaining() / slotBitsOf(element));
+        if (element->parityWidth > 0)
+            words = std::min(words, lane->parityChunks->GetNumberBufferBitsRemaining() / element->parityWidth);
     }
     return words;
 }
 
-void advanceLanes(const BusBlockType* block, unsigned slotBits, u64 words) {
+void advanceLanes(const BusBlockType* block, u64 words) {
     for (u64 i = 0; i < block->laneCount; ++i) {
-        block->lanes[i]->lane->dataChunks->SkipBits(words * slotBits);
+        block->lanes[i]->lane->dataChunks->SkipBits(words * slotBitsOf(block->lanes[i]));
         update_max_transform_buffer_addresses(block->lanes[i]);
         block->lanes[i]->lane->laneState += static_cast<u32>(words);
     }
@@ -131,24 +150,16 @@ void advanceLanes(const BusBlockType* block, unsigned slotBits, u64 words) {
 } // namespace
 
 bool hasFastShape(const BusBlockType* block) {
-    if (block->laneCount == 0 || block->laneCount > kMAX_LANES) return false;
-    const BitLaneGridElemType* first = block->lanes[0];
-    const unsigned dataBits = laneDataBits(first);
-    return dataBits >= 1 && dataBits <= 64 && oneOf(first->parityWidth, {0, 1, 2, 4, 8}) &&
-           allLanes(block, [first](const BitLaneGridElemType* element) { return likeTheFirst(element, first); });
+    return block->laneCount > 0 && block->laneCount <= kMAX_STREAM_LANES && allLanes(block, fitsStream);
 }
 
 u64 transformWholeBusWords(BusBlockType* block, BufferChunkAccess* source, u64 maxWords, bool byteSwapEcc) {
-    const BitLaneGridElemType* first = block->lanes[0];
-    const unsigned dataBits = laneDataBits(first);
-    const unsigned slotBits = laneSlotBits(dataBits);
-    const unsigned headBits = (first->parityWidth + 3) / 4 * 4; // pad bits and parity bits
-    const u64 wordBits = block->laneCount * (headBits + dataBits);
-    const u64 words = std::min({maxWords, source->GetNumberBufferBitsRemaining() / wordBits,
-        roomInLanes(block, slotBits, first->parityWidth)});
+    u64 wordBits = 0;
+    for (u64 i = 0; i < block->laneCount; ++i) wordBits += sourceBitsOf(block->lanes[i]);
+    const u64 words = std::min({maxWords, source->GetNumberBufferBitsRemaining() / wordBits, roomInLanes(block)});
     for (u64 left = words; left > 0;) {
         const u64 stored = storeRun(block, source, left, byteSwapEcc);
-        advanceLanes(block, slotBits, stored);
+        advanceLanes(block, stored);
         source->SkipBits(stored * wordBits);
         left -= stored;
     }

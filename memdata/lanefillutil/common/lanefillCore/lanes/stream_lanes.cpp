@@ -9,7 +9,10 @@
 #include "lanefillCore/lanes/lane_positions.h"
 #include "lanefillCore/lanes/lane_words.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
+#include <span>
 
 namespace memdata {
 namespace {
@@ -48,58 +51,64 @@ private:
     u64 at_; // bits
 };
 
-// Puts a word of dataBits bits into the slot at a bit of the lane, low byte first. A slot lies inside a byte or
-// is whole bytes; the bits of the slot above the word stay.
-void storeWord(u8* lane, u64 firstBit, unsigned dataBits, u64 word) {
-    u8* at = lane + firstBit / 8;
-    unsigned left = dataBits;
-    for (; left >= 8; left -= 8, word >>= 8) *at++ = static_cast<u8>(word);
-    if (left == 0) return;
-    const unsigned mask = ((1u << left) - 1) << firstBit % 8;
-    *at = static_cast<u8>((*at & ~mask) | (static_cast<unsigned>(word) << firstBit % 8 & mask));
-}
-
-struct LaneForm {
+// One lane of a run: where its next word goes, and what a word is made of.
+struct StreamLane {
+    u8* at;      // the byte under the lane's cursor
+    u64 nextBit; // of the lane's next slot, from there
+    BufferChunkAccess* parity;
     unsigned dataBits;
+    unsigned slotBits;
     unsigned parityBits;
     unsigned padBits; // up to a whole hex digit of parity
-    unsigned slotBits;
-    unsigned swapWidth;
     bool mirror;
+
+    // Puts a word into the next slot, low byte first. A slot lies inside a byte or is whole bytes; the bits of
+    // the slot above the word stay.
+    void append(u64 word) {
+        u8* byte = at + nextBit / 8;
+        const unsigned offset = nextBit % 8;
+        nextBit += slotBits;
+        unsigned left = dataBits;
+        for (; left >= 8; left -= 8, word >>= 8) *byte++ = static_cast<u8>(word);
+        if (left == 0) return;
+        const unsigned mask = ((1u << left) - 1) << offset;
+        *byte = static_cast<u8>((*byte & ~mask) | (static_cast<unsigned>(word) << offset & mask));
+    }
 };
 
-LaneForm formOf(const BusBlockType* block) {
-    const BitLaneGridElemType* first = block->lanes[0];
-    const unsigned dataBits = laneDataBits(first);
-    return {dataBits, first->parityWidth, (4 - first->parityWidth % 4) % 4, laneSlotBits(dataBits),
-        static_cast<unsigned>(block->lanePitch), first->bitOrdering == kBIT_ORDERING_ASCENDING};
+StreamLane streamLane(const BitLaneGridElemType* element) {
+    const BitLaneType* lane = element->lane;
+    const unsigned dataBits = laneDataBits(element);
+    return {lane->dataChunks->current, lane->dataChunks->bitOffset, lane->parityChunks, dataBits,
+        laneSlotBits(dataBits), element->parityWidth, (4 - element->parityWidth % 4) % 4,
+        element->bitOrdering == kBIT_ORDERING_ASCENDING};
 }
 
-// One lane's word number wordIndex of the run, from the stream to its buffers; its logical value to the bus.
-void transformLane(
-    BitLaneType* lane, const LaneForm& form, u64 wordIndex, BitStream* stream, EndianConvert::UInt128* bus) {
-    if (form.parityBits > 0) {
-        stream->skip(form.padBits);
-        const u64 parity = stream->take(form.parityBits);
-        lane->parityChunks->PutNextTransformChunk(form.parityBits, parity);
-        accumulate_bus_width_value(form.parityBits, parity, bus);
+// One word of a lane, from the stream to its buffers; its logical value to the bus.
+void transformLane(StreamLane& lane, unsigned swapWidth, BitStream* stream, EndianConvert::UInt128* bus) {
+    if (lane.parityBits > 0) {
+        stream->skip(lane.padBits);
+        const u64 parity = stream->take(lane.parityBits);
+        lane.parity->PutNextTransformChunk(lane.parityBits, parity);
+        accumulate_bus_width_value(lane.parityBits, parity, bus);
     }
-    u64 word = stream->take(form.dataBits);
-    if (form.mirror) word = reverseDataBits(form.dataBits, word);
-    accumulate_bus_width_value(form.dataBits, word, bus);
-    const BufferChunkAccess* cursor = lane->dataChunks;
-    storeWord(cursor->current, cursor->bitOffset + wordIndex * form.slotBits, form.dataBits,
-        swapLaneBytes(form.swapWidth, word));
+    u64 word = stream->take(lane.dataBits);
+    if (lane.mirror) word = reverseDataBits(lane.dataBits, word);
+    accumulate_bus_width_value(lane.dataBits, word, bus);
+    lane.append(swapLaneBytes(swapWidth, word));
 }
 
 } // namespace
 
 void transformStreamWords(BusBlockType* block, const BufferChunkAccess* source, u64 words, bool byteSwapEcc) {
-    const LaneForm form = formOf(block);
+    std::array<StreamLane, kMAX_STREAM_LANES> lanes;
+    const std::span<StreamLane> used(lanes.data(), block->laneCount);
+    std::transform(block->lanes, block->lanes + block->laneCount, used.begin(), streamLane);
+    const auto swapWidth = static_cast<unsigned>(block->lanePitch);
     BitStream stream(source->current, source->buffer + source->byteSize, source->bitOffset);
     for (u64 word = 0; word < words; ++word) {
         EndianConvert::UInt128 bus{0, 0};
-        for (u64 i = 0; i < block->laneCount; ++i) transformLane(block->lanes[i]->lane, form, word, &stream, &bus);
+        for (StreamLane& lane : used) transformLane(lane, swapWidth, &stream, &bus);
         if (block->eccType != kECC_NONE) transform_bus_access_ECC_value(block, byteSwapEcc, bus);
     }
 }

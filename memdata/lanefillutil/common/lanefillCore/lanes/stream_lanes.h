@@ -7,8 +7,10 @@
 
 namespace memdata {
 
-// Stores words bus words from lane 0 on, check values too. All lanes of the block are alike, and source and
-// lanes hold so many words. The data cursors stay where they are, the source's too; parity and check lanes'
+constexpr u64 kMAX_STREAM_LANES = 2048; // lanes of one bit on the widest bus
+
+// Stores words bus words from lane 0 on, check values too. The lanes of the block, no more than these, have 1 to 64
+// data bits and 0, 1, 2, 4 or 8 parity bits each; source and lanes hold so many words. The data cursors stay where they are, the source's too; parity and check lanes'
 // cursors move.
 void transformStreamWords(BusBlockType* block, const BufferChunkAccess* source, u64 words, bool byteSwapEcc);
 

@@ -255,6 +255,18 @@ std::string segmentsThrough(const Shape& shape, u64 seed, TransformPath path) {
     return space.text();
 }
 
+// Whether the blocks of a shape go by the fast path once their cursors are placed.
+bool goesFast(const Shape& shape) {
+    Space space(shape);
+    u64 count = 0;
+    u64 lane = 0;
+    AddressRangeDefType* range = space.get()->ranges;
+    BusBlockType* block = range->busBlocks[0];
+    EXPECT_EQ(initialize_busBlock_transform_positions("a.elf", range, block, 0, &count, &lane), 0);
+    EXPECT_EQ(initialize_busBlock_ECC_transform_positions("a.elf", range, block, 0, &count), 0);
+    return hasFastShape(block);
+}
+
 TEST(FastLanes, GiveWhatThePlainFormGivesOverRandomShapes) {
     const SystemResources resources;
     const u64 seed = fromEnvironment("MEMDATA_TRANSFORM_SEED", kDEFAULT_SEED);
@@ -266,13 +278,7 @@ TEST(FastLanes, GiveWhatThePlainFormGivesOverRandomShapes) {
         const std::string fast = segmentsThrough(shape, seed + i, TransformPath::kBY_SHAPE);
         const std::string plain = segmentsThrough(shape, seed + i, TransformPath::kPLAIN);
         ASSERT_TRUE(fast == plain) << "shape " << i << " of seed " << seed << ": " << shape.text();
-        Space space(shape);
-        u64 count = 0;
-        u64 lane = 0;
-        BusBlockType* block = space.get()->ranges->busBlocks[0];
-        ASSERT_EQ(initialize_busBlock_transform_positions("a.elf", space.get()->ranges, block, 0, &count, &lane), 0);
-        ASSERT_EQ(initialize_busBlock_ECC_transform_positions("a.elf", space.get()->ranges, block, 0, &count), 0);
-        if (hasFastShape(block)) ++fastShapes;
+        if (goesFast(shape)) ++fastShapes;
     }
     EXPECT_GT(fastShapes, shapes / 5) << "too few shapes meet the fast path to prove anything";
 }
@@ -337,6 +343,44 @@ TEST(FastLanes, GiveWhatThePlainFormGivesOnNarrowLanes) {
                                 segmentsThrough(shape, seed, TransformPath::kPLAIN))
                         << shape.text() << ", seed " << seed;
                 }
+}
+
+// A last lane of another width, with parity bits of its own and its bits in the other order.
+TEST(FastLanes, GiveWhatThePlainFormGivesOnLanesThatDiffer) {
+    const SystemResources resources;
+    for (const unsigned laneBits : {1u, 4u, 8u, 12u, 32u})
+        for (const unsigned unlikeBits : {1u, 7u, 8u, 16u})
+            for (const unsigned unlikeParityBits : {0u, 1u, 8u})
+                for (const u32 eccType : {0u, 4u}) {
+                    Shape shape{};
+                    shape.laneBits = laneBits;
+                    shape.laneCount = 3;
+                    shape.blockCount = 1;
+                    shape.blockWords = 600;
+                    shape.unlikeLane = true;
+                    shape.unlikeBits = unlikeBits;
+                    shape.unlikeParityBits = unlikeParityBits;
+                    shape.unlikeOrdering = kBIT_ORDERING_ASCENDING;
+                    shape.eccType = eccType;
+                    if (eccType != 0) shape.eccWidths = {8};
+                    EXPECT_TRUE(goesFast(shape)) << shape.text();
+                    EXPECT_TRUE(segmentsThrough(shape, unlikeBits, TransformPath::kBY_SHAPE) ==
+                                segmentsThrough(shape, unlikeBits, TransformPath::kPLAIN))
+                        << shape.text();
+                }
+}
+
+// Words of three parity bits cross bytes, which only the plain form writes as it must.
+TEST(FastLanes, LeaveParityThatCrossesBytesToThePlainForm) {
+    const SystemResources resources;
+    Shape shape{};
+    shape.laneBits = 8;
+    shape.laneCount = 4;
+    shape.blockCount = 1;
+    shape.parityBits = 2;
+    EXPECT_TRUE(goesFast(shape));
+    shape.parityBits = 3;
+    EXPECT_FALSE(goesFast(shape));
 }
 
 TEST(FastLanes, GiveWhatThePlainFormGivesOnTheWidestBuses) {
