@@ -35,6 +35,7 @@ void deleteDescriptor(fileIODescriptor* file) {
         gJournalingEnabled = false;
     }
     if (file->ownsBuffer != 0) releaseMemory(file->buffer);
+    unmapWindow(file);
     for (char* text : {file->name, file->targetName, file->temporaryName}) StrDelete(text);
     releaseMemory(file);
 }

@@ -7,6 +7,10 @@
 // Line ends of texts are LF, CR, LF CR and CR LF, each one end, in any mixture; the last line may be without one.
 // A text ends at its last byte, or ahead of the first 0xFF.
 //
+// Large binary inputs on disk are not copied: the buffer is a window mapped over the file, without the spare bytes.
+// Another program that cuts such a file short while it is open ends the process, as mapped files do; replacing the
+// file by rename does no harm.
+//
 // Outputs to regular files appear whole or not at all: see opening.h.
 // SPDX-License-Identifier: Apache-2.0
 #ifndef MEMDATA_FILE_UTILS_DESCRIPTOR_H
@@ -48,6 +52,7 @@ struct fileIODescriptor {
     i32 writeStatus;            // outputs: the first failure, which every later call repeats
     char* targetName;           // outputs that replace a file: its name, links followed; else null
     char* temporaryName;        // ... where the contents stand until then; null when they have no name
+    u64 mappedBytes;            // inputs: of the file, that the buffer is mapped over; 0 when it is memory
     fileIODescriptor* nextOpen; // the list of all open files
     fileIODescriptor* previousOpen;
 };
@@ -132,6 +137,10 @@ inline constexpr int kNOT_WRITABLE = -1; // result of writing to a file that is 
 int putFormatted(fileIODescriptor* file, const char* format, std::span<const FormatArgument> arguments);
 // Reads count bytes as they stand. Status 0, or as inputByte when they end before; those ahead of the end are read then.
 int inputBlock(fileIODescriptor* file, char* bytes, u64 count);
+// The next bytes where they stand in the buffer, and moves on behind them: as many whole units of unitBytes as are held
+// there without another move of it, one at least, up to limit bytes (not below unitBytes). They stay until the next
+// read. Status as inputByte when no whole unit is left; nothing is taken then.
+int inputPiece(fileIODescriptor* file, u64 unitBytes, u64 limit, const char** bytes, u64* count);
 // Writes bytes as they are in one block: no formatting, no newline translation. Status as outputByte.
 int outputBlock(fileIODescriptor* file, const char* bytes, u64 count);
 // Drops an unfinished file and nulls the pointer: an output leaves no trace, a file that it was to replace stays

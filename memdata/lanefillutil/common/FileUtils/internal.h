@@ -40,6 +40,12 @@ void markTextEnd(fileIODescriptor* file, u64 from);
 // for pipes, devices and files that a kernel makes up. Status 0, kREAD_FAILED (not reported), kNO_MEMORY (reported).
 int primeDiskInput(fileIODescriptor* file, u64 size, bool sizeIsKnown);
 
+// mapped_input.cpp
+// Maps the first window of a binary input of size bytes. False, and nothing has changed, when the file is small, or
+// the system will not map it.
+bool primeMappedInput(fileIODescriptor* file, u64 size);
+void unmapWindow(fileIODescriptor* file);
+
 // writing.cpp
 int moveDiskOutput(fileIODescriptor* file, int flag);
 // Reports the first failure of an output, and only that; the output's status.

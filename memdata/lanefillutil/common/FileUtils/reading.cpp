@@ -129,8 +129,8 @@ int bringByte(fileIODescriptor* file) {
 
 // Large blocks of binary files on disk pass by the buffer.
 bool comesFromDiskUnbuffered(const fileIODescriptor* file, u64 count) {
-    return file->stream != nullptr && !isText(file) && file->eofState == 0 && file->bufferPosition == file->bufferEnd &&
-           count >= file->bufferSize;
+    return file->stream != nullptr && file->mappedBytes == 0 && !isText(file) && file->eofState == 0 &&
+           file->bufferPosition == file->bufferEnd && count >= file->bufferSize;
 }
 
 // Some of the bytes that follow the buffer's, straight to where they are wanted; *taken is their number.
@@ -220,6 +220,7 @@ int memdata::primeDiskInput(fileIODescriptor* file, u64 size, bool sizeIsKnown) 
     file->mover = moveDiskInput;
     const bool whole = (file->attributes & kWHOLE_FILE_BUFFER) != 0;
     const bool atOnce = sizeIsKnown && (whole || size <= kBUFFER_BYTES);
+    if (sizeIsKnown && !whole && primeMappedInput(file, size)) return 0;
     if (!resizeBuffer(file, atOnce ? size : kBUFFER_BYTES)) return kNO_MEMORY;
 
     int status = 0;
@@ -260,6 +261,17 @@ int memdata::inputBlock(fileIODescriptor* file, char* bytes, u64 count) {
         count -= taken;
     }
     return file->status;
+}
+
+int memdata::inputPiece(fileIODescriptor* file, u64 unitBytes, u64 limit, const char** bytes, u64* count) {
+    if (refuseReading(file)) return kNOT_READABLE;
+    file->status = 0;
+    while (file->textEnd - file->bufferPosition < unitBytes && file->status == 0) file->status = refill(file);
+    if (file->status != 0) return file->status;
+    *count = std::min(file->textEnd - file->bufferPosition, limit) / unitBytes * unitBytes;
+    *bytes = file->buffer + file->bufferPosition;
+    file->bufferPosition += *count;
+    return 0;
 }
 
 char* GetNextTextLine(fileIODescriptor* file) {

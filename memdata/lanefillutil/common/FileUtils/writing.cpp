@@ -34,7 +34,7 @@ int writeStandardOut(const char* bytes, u64 count) {
 }
 
 bool goesToDiskUnbuffered(const fileIODescriptor* file, u64 count) {
-    return file->stream != nullptr && file->bufferPosition == 0 && count >= file->bufferSize;
+    return file->stream != nullptr && count >= file->bufferSize;
 }
 
 // What a newline becomes, by text ending; behind the last row it vanishes.
@@ -84,12 +84,14 @@ int memdata::outputBlock(fileIODescriptor* file, const char* bytes, u64 count) {
     if (file->writeStatus != 0) return file->writeStatus;
     while (count > 0) {
         if (goesToDiskUnbuffered(file, count)) {
+            if (file->bufferPosition != 0)
+                if (int status = file->mover(file, 0); status != 0) return status;
             if (!writeSystemFile(file, bytes, count)) return failOutput(file);
             file->bufferBase += count;
             break;
         }
         const u64 taken = std::min(count, file->bufferSize - file->bufferPosition);
-        std::memcpy(file->buffer + file->bufferPosition, bytes, taken);
+        std::memmove(file->buffer + file->bufferPosition, bytes, taken); // they may stand there already
         file->bufferPosition += taken;
         bytes += taken;
         count -= taken;
