@@ -8,6 +8,10 @@
 #include <array>
 #include <cstring>
 
+#ifdef __x86_64__
+#include <immintrin.h>
+#endif
+
 u32 gAccumulated_CRC = 0;
 u32 gCRC_Address_Length = 0;
 void (*gCRC_Word)(u32 address, u32 word) = CRC_Word;
@@ -17,6 +21,7 @@ namespace {
 constexpr u32 kCRC_16_POLYNOMIAL = 0xA001;
 constexpr u32 kCRC_32C_POLYNOMIAL = 0x82F63B78;
 constexpr u32 kADDRESS_BITS = 5; // that CRC-32C streams enter with each word
+constexpr u32 kADDRESS_MASK = (1U << kADDRESS_BITS) - 1;
 constexpr u32 kUNIT_BITS = 32 + kADDRESS_BITS;
 
 // What count zero bits behind a value do to a CRC that shifts right.
@@ -25,14 +30,17 @@ constexpr u32 shiftedOut(u32 crc, u32 polynomial, u32 count) {
     return crc;
 }
 
-consteval std::array<u32, 256> byteTable(u32 polynomial) {
-    std::array<u32, 256> table{};
-    for (u32 byte = 0; byte < 256; ++byte) table[byte] = shiftedOut(byte, polynomial, 8);
+// The same for all values of so many bits.
+template<u32 bits>
+consteval std::array<u32, 1U << bits> shiftTable(u32 polynomial) {
+    std::array<u32, 1U << bits> table{};
+    for (u32 value = 0; value < table.size(); ++value) table[value] = shiftedOut(value, polynomial, bits);
     return table;
 }
 
-constexpr std::array<u32, 256> kCRC_16_TABLE = byteTable(kCRC_16_POLYNOMIAL);
-constexpr std::array<u32, 256> kCRC_32C_TABLE = byteTable(kCRC_32C_POLYNOMIAL);
+constexpr std::array<u32, 256> kCRC_16_TABLE = shiftTable<8>(kCRC_16_POLYNOMIAL);
+constexpr std::array<u32, 256> kCRC_32C_TABLE = shiftTable<8>(kCRC_32C_POLYNOMIAL);
+constexpr std::array<u32, 32> kCRC_32C_ADDRESS_TABLE = shiftTable<kADDRESS_BITS>(kCRC_32C_POLYNOMIAL);
 
 constexpr u32 enterByte(u32 crc, u32 byte, const std::array<u32, 256>& table) {
     return crc >> 8 ^ table[(crc ^ byte) & 0xFF];
@@ -50,49 +58,72 @@ u32 bigEndianWord(const u8* at) {
     return __builtin_bswap32(word);
 }
 
-u32 enterQuadByTable(u32 crc, u64 quad) {
-    for (int i = 0; i < 8; ++i, quad >>= 8) crc = enterByte(crc, static_cast<u32>(quad & 0xFF), kCRC_32C_TABLE);
-    return crc;
-}
-
-// Units strung together, least significant bits first. A full 64 bits go to enterQuad; held of the last ones stay in quad.
-struct UnitString {
-    u64 quad = 0;
-    u32 held = 0;
-
-    [[gnu::always_inline]] void append(u64 unit, u32& crc, auto enterQuad) {
-        quad |= unit << held;
-        held += kUNIT_BITS;
-        if (held < 64) return;
-        crc = enterQuad(crc, quad);
-        held -= 64;
-        quad = held == 0 ? 0 : unit >> (kUNIT_BITS - held);
-    }
-};
-
-[[gnu::always_inline]] inline u32 enterUnits(u32 crc, u32 address, const u8* data, u64 wordCount, auto enterQuad) {
-    constexpr u64 kROUND_WORDS = 64; // whose units fill 37 times 64 bits: all shifts are constants
-    const u64 addressBits = u64{address & ((1U << kADDRESS_BITS) - 1)} << 32;
-    for (; wordCount >= kROUND_WORDS; wordCount -= kROUND_WORDS, data += 4 * kROUND_WORDS) {
-        UnitString units;
-#pragma GCC unroll 64
-        for (u64 i = 0; i < kROUND_WORDS; ++i) units.append(addressBits | bigEndianWord(data + 4 * i), crc, enterQuad);
-    }
-    UnitString units;
-    for (; wordCount > 0; --wordCount, data += 4) units.append(addressBits | bigEndianWord(data), crc, enterQuad);
-    for (; units.held >= 8; units.held -= 8, units.quad >>= 8)
-        crc = enterByte(crc, static_cast<u32>(units.quad & 0xFF), kCRC_32C_TABLE);
-    return enterBits(crc, static_cast<u32>(units.quad), units.held, kCRC_32C_POLYNOMIAL);
+// A unit of a CRC-32C stream: a word and the address bits.
+u32 enterUnit(u32 crc, u32 address, u32 word) {
+    for (u32 i = 0; i < 4; ++i, word >>= 8) crc = enterByte(crc, word & 0xFF, kCRC_32C_TABLE);
+    return crc >> kADDRESS_BITS ^ kCRC_32C_ADDRESS_TABLE[(crc ^ address) & kADDRESS_MASK];
 }
 
 #ifdef __x86_64__
-[[gnu::target("sse4.2")]] u32 enterQuadByInstruction(u32 crc, u64 quad) {
-    return static_cast<u32>(__builtin_ia32_crc32di(crc, quad));
+
+// A round of units at once. A CRC is the remainder of one long polynomial, whose first bit has the highest power of x. So
+// each word of the round may be multiplied by the power of x that the units behind it make of it; the products, without
+// carries and 63 bits wide, are added up, and one CRC step takes the remainder of the sum. What was entered before the
+// round stands in its first word. The address bits are the same in all rounds: their share is a constant.
+constexpr u64 kROUND_WORDS = 64;
+
+// x to the power of count; the bits of a 32-bit value are x^31 to x^0, the least significant first.
+constexpr u32 powerOfX(u32 count) {
+    return shiftedOut(0x80000000, kCRC_32C_POLYNOMIAL, count);
 }
 
-[[gnu::target("sse4.2")]] u32 enterUnitsByInstruction(u32 crc, u32 address, const u8* data, u64 wordCount) {
-    return enterUnits(crc, address, data, wordCount, enterQuadByInstruction);
+// By word: the address bits of its own unit and whole units follow. The instruction that takes the remainder multiplies
+// by x^32, and a product stands one bit away from the end of its 64; a CRC is the remainder of the words times x^32.
+consteval std::array<u64, kROUND_WORDS> wordPowers() {
+    std::array<u64, kROUND_WORDS> powers{};
+    for (u32 i = 0; i < kROUND_WORDS; ++i)
+        powers[i] = powerOfX(kADDRESS_BITS - 1 + kUNIT_BITS * (static_cast<u32>(kROUND_WORDS) - 1 - i));
+    return powers;
 }
+alignas(16) constexpr std::array<u64, kROUND_WORDS> kWORD_POWERS = wordPowers();
+
+// By address: the CRC of a round of zero words.
+consteval std::array<u32, kADDRESS_MASK + 1> addressShares() {
+    std::array<u32, kADDRESS_MASK + 1> shares{};
+    for (u32 address = 0; address < shares.size(); ++address)
+        for (u64 i = 0; i < kROUND_WORDS; ++i)
+            shares[address] = shiftedOut(
+                shiftedOut(shares[address], kCRC_32C_POLYNOMIAL, 32) ^ address, kCRC_32C_POLYNOMIAL, kADDRESS_BITS);
+    return shares;
+}
+constexpr std::array<u32, kADDRESS_MASK + 1> kADDRESS_SHARES = addressShares();
+
+[[gnu::target("pclmul,sse4.2")]] u32 enterRounds(u32 crc, u32 address, const u8* data, u64 rounds) {
+    // Two of four big-endian words, each as a number of 64 bits.
+    const __m128i firstTwo = _mm_set_epi8(-1, -1, -1, -1, 4, 5, 6, 7, -1, -1, -1, -1, 0, 1, 2, 3);
+    const __m128i lastTwo = _mm_set_epi8(-1, -1, -1, -1, 12, 13, 14, 15, -1, -1, -1, -1, 8, 9, 10, 11);
+    for (; rounds > 0; --rounds) {
+        __m128i before = _mm_cvtsi32_si128(static_cast<int>(crc));
+        __m128i sum = _mm_setzero_si128();
+        for (u64 i = 0; i < kROUND_WORDS; i += 4, data += 16) {
+            const __m128i words = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data));
+            const __m128i a = _mm_xor_si128(_mm_shuffle_epi8(words, firstTwo), before);
+            const __m128i b = _mm_shuffle_epi8(words, lastTwo);
+            const __m128i powersOfA = _mm_load_si128(reinterpret_cast<const __m128i*>(&kWORD_POWERS[i]));
+            const __m128i powersOfB = _mm_load_si128(reinterpret_cast<const __m128i*>(&kWORD_POWERS[i + 2]));
+            const __m128i low =
+                _mm_xor_si128(_mm_clmulepi64_si128(a, powersOfA, 0x00), _mm_clmulepi64_si128(b, powersOfB, 0x00));
+            const __m128i high =
+                _mm_xor_si128(_mm_clmulepi64_si128(a, powersOfA, 0x11), _mm_clmulepi64_si128(b, powersOfB, 0x11));
+            sum = _mm_xor_si128(sum, _mm_xor_si128(low, high));
+            before = _mm_setzero_si128();
+        }
+        crc = static_cast<u32>(_mm_crc32_u64(0, static_cast<u64>(_mm_cvtsi128_si64(sum)))) ^
+              kADDRESS_SHARES[address & kADDRESS_MASK];
+    }
+    return crc;
+}
+
 #endif
 
 } // namespace
@@ -100,12 +131,18 @@ struct UnitString {
 namespace memdata {
 
 u32 crcOfWordsByTable(u32 crc, u32 address, const u8* data, u64 wordCount) {
-    return enterUnits(crc, address, data, wordCount, enterQuadByTable);
+    for (; wordCount > 0; --wordCount, data += 4) crc = enterUnit(crc, address, bigEndianWord(data));
+    return crc;
 }
 
 u32 crcOfWords(u32 crc, u32 address, const u8* data, u64 wordCount) {
 #ifdef __x86_64__
-    if (__builtin_cpu_supports("sse4.2")) return enterUnitsByInstruction(crc, address, data, wordCount);
+    if (__builtin_cpu_supports("pclmul") && __builtin_cpu_supports("sse4.2")) {
+        const u64 rounds = wordCount / kROUND_WORDS;
+        crc = enterRounds(crc, address, data, rounds);
+        data += rounds * kROUND_WORDS * 4;
+        wordCount %= kROUND_WORDS;
+    }
 #endif
     return crcOfWordsByTable(crc, address, data, wordCount);
 }
@@ -129,9 +166,7 @@ void CRC_Word(u32 address, u32 word) {
 }
 
 void CRC_32_37(u32 address, u32 word) {
-    u32 crc = gAccumulated_CRC;
-    for (u32 i = 0; i < 4; ++i, word >>= 8) crc = enterByte(crc, word & 0xFF, kCRC_32C_TABLE);
-    gAccumulated_CRC = enterBits(crc, address, kADDRESS_BITS, kCRC_32C_POLYNOMIAL);
+    gAccumulated_CRC = enterUnit(gAccumulated_CRC, address, word);
 }
 
 void CRC_16_37(u32 address, u32 word) {

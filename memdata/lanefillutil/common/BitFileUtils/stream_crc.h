@@ -40,8 +40,8 @@ bool Encryption_Enabled_Check(const TarselDeviceType* device);
 
 namespace memdata {
 
-// CRC-32C over a run of words with one address: the units of 37 bits are packed into a string of bits, which the
-// processor's own CRC instruction takes 64 at a time where it has one, and a table byte by byte elsewhere.
+// CRC-32C over a run of words with one address: by the processor's own products and CRC instruction, 64 words at a time,
+// where it has them, and by tables elsewhere.
 u32 crcOfWords(u32 crc, u32 address, const u8* data, u64 wordCount); // big-endian 32-bit words
 u32 crcOfWordsByTable(u32 crc, u32 address, const u8* data, u64 wordCount);
 

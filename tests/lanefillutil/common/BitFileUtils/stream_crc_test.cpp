@@ -73,6 +73,22 @@ TEST(StreamCrc, ARunOfWordsIsItsWordsOneByOne) {
     }
 }
 
+TEST(StreamCrc, ACastagnoliWordIsItsBitsOneByOne) {
+    std::mt19937 engine(7);
+    const auto random = [&engine] { return static_cast<u32>(engine()); };
+    for (int i = 0; i < 1000; ++i) {
+        const u32 word = random();
+        const u32 address = random();
+        const u32 start = random();
+        u32 plain = start;
+        for (u64 unit = u64{address & 31} << 32 | word, bit = 0; bit < 37; ++bit)
+            plain = plain >> 1 ^ (((plain ^ unit >> bit) & 1) != 0 ? 0x82F63B78 : 0);
+        gAccumulated_CRC = start;
+        CRC_32_37(address, word);
+        EXPECT_EQ(gAccumulated_CRC, plain);
+    }
+}
+
 TEST(StreamCrc, AWordByTableIsItsBitsOneByOne) {
     std::mt19937 engine(6);
     const auto random = [&engine] { return static_cast<u32>(engine()); };
