@@ -3,28 +3,27 @@
 #include "BRAMDecodeUtils/bit_access.h"
 
 #include <algorithm>
-#include <array>
+#include <cstring>
 
 namespace {
 
-// Each byte with its groups of groupBits in reversed order.
-consteval std::array<u8, 256> reversedGroups(u32 groupBits) {
-    std::array<u8, 256> table{};
-    for (u32 byte = 0; byte < 256; ++byte) {
-        u32 reversed = 0;
-        for (u32 at = 0; at < 8; at += groupBits)
-            reversed |= (byte >> at & ((1U << groupBits) - 1)) << (8 - groupBits - at);
-        table[byte] = static_cast<u8>(reversed);
+// The groups of groupBits of each byte in reversed order: 1, 2 or 4.
+template<u32 groupBits>
+void reverseGroups(u8* data, u64 byteCount) {
+    const auto reversed = [](u64 bytes) {
+        constexpr u64 kEACH_BYTE = ~u64{0} / 0xFF;
+        bytes = (bytes >> 4 & kEACH_BYTE * 0x0F) | (bytes & kEACH_BYTE * 0x0F) << 4;
+        if (groupBits <= 2) bytes = (bytes >> 2 & kEACH_BYTE * 0x33) | (bytes & kEACH_BYTE * 0x33) << 2;
+        if (groupBits == 1) bytes = (bytes >> 1 & kEACH_BYTE * 0x55) | (bytes & kEACH_BYTE * 0x55) << 1;
+        return bytes;
+    };
+    u64 at = 0;
+    for (u64 bytes = 0; at + 8 <= byteCount; at += 8) {
+        std::memcpy(&bytes, data + at, 8);
+        bytes = reversed(bytes);
+        std::memcpy(data + at, &bytes, 8);
     }
-    return table;
-}
-
-constexpr std::array<u8, 256> kREVERSED_BITS = reversedGroups(1);
-constexpr std::array<u8, 256> kREVERSED_PAIRS = reversedGroups(2);
-constexpr std::array<u8, 256> kREVERSED_NIBBLES = reversedGroups(4);
-
-void mapBytes(u8* data, u64 byteCount, const std::array<u8, 256>& table) {
-    for (u64 i = 0; i < byteCount; ++i) data[i] = table[data[i]];
+    for (; at < byteCount; ++at) data[at] = static_cast<u8>(reversed(data[at]));
 }
 
 void reverseUnits(u8* data, u64 byteCount, u64 unitBytes) {
@@ -52,11 +51,11 @@ void ShiftDataRight(u8* data, u64 byteCount, u32 bits) {
 void DecodeBitlaneWidths(u8* data, u64 laneWidth, u64 byteCount) {
     switch (laneWidth) {
     case 1:
-        return mapBytes(data, byteCount, kREVERSED_BITS);
+        return reverseGroups<1>(data, byteCount);
     case 2:
-        return mapBytes(data, byteCount, kREVERSED_PAIRS);
+        return reverseGroups<2>(data, byteCount);
     case 4:
-        return mapBytes(data, byteCount, kREVERSED_NIBBLES);
+        return reverseGroups<4>(data, byteCount);
     case 16:
         return reverseUnits(data, byteCount, 2);
     case 32:

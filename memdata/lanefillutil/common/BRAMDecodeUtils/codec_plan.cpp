@@ -5,67 +5,136 @@
 #include "BRAMDecodeUtils/frame_codec.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <map>
 #include <memory>
 #include <new>
 #include <span>
 #include <tuple>
+#include <type_traits>
 
 namespace memdata {
 
 namespace {
 
 constexpr u64 kWORD_BITS = 64;
-constexpr u64 kBATCH_ROWS = 64;
+constexpr u64 kBATCH_ROWS = 128;
 constexpr u64 kMAX_WINDOW_WORDS = 16; // data and parity of a row together
-constexpr u64 kMAX_SLICE_WORDS = 5;
+constexpr u64 kMAX_SLICE_WORDS = 6;
 
-// The columns of up to 64 rows: before a transposition a word a row, behind it a word a bit.
-using Block = std::array<u64, kBATCH_ROWS>;
+// The blocks of a batch of rows.
+template<u64 maxWords>
+struct Batch {
+    std::array<u64, maxWords / 2 * kBLOCK_WORDS> words;
+    u64 used;
 
-u64 bytesOfWord(const CodecWindow& window, u64 word) {
-    return std::min<u64>(8, window.bytes - word * 8);
+    explicit Batch(u64 wordsOfRow) : used((wordsOfRow + 1) / 2 * kBLOCK_WORDS) { std::fill_n(words.data(), used, 0); }
+    std::span<u64> blocks() { return std::span(words).first(used); }
+};
+
+// From a row's word 0 to its word w.
+constexpr u64 stepTo(u64 word) {
+    return word / 2 * kBLOCK_WORDS + word % 2 * 2;
 }
 
-// The first byte becomes the most significant one; bytes that are not there are zero.
-u64 loadWord(const u8* from, u64 bytes) {
-    u64 word = 0;
-    std::memcpy(&word, from, bytes);
-    return __builtin_bswap64(word);
+// Where the rows' bit b of a window stands, b counted from the most significant bit of the window's first byte.
+constexpr u32 placeOfBit(u64 bit) {
+    return static_cast<u32>(stepTo(bit / kWORD_BITS) + (bit % kWORD_BITS ^ 7) * 4);
 }
 
-void storeWord(u8* to, u64 bytes, u64 word) {
-    word = __builtin_bswap64(word);
-    std::memcpy(to, &word, bytes);
+u64 merged(u64 old, u64 word, u64 mask) {
+    return old ^ ((old ^ word) & mask);
 }
 
-void loadWindow(std::span<Block> blocks, u64 row, const CodecWindow& window, const u8* from) {
-    for (u64 word = 0; word < blocks.size(); ++word)
-        blocks[word][row] = loadWord(from + word * 8, bytesOfWord(window, word));
+// Visits word w of each row of a batch with visit(words[w of the row], at), from word firstWord of the rows on; at is
+// where the word's bytes stand, by startOf(row). The number of its bytes comes as a constant for all words but odd ends.
+template<u64 maxWords>
+[[gnu::always_inline]] inline void visitWords(Batch<maxWords>& batch, u64 firstWord, const CodecWindow& window,
+    std::span<const CodecGroup::Row> rows, auto startOf, auto visit) {
+    const auto visitWord = [&](u64 word, auto byteCount) {
+        u64* const column = &batch.words[stepTo(firstWord + word)];
+        for (u64 i = 0; i < rows.size(); ++i)
+            visit(column[i % 64 * 4 + i / 64], startOf(rows[i]) + word * 8, byteCount, window.mask[word]);
+    };
+    const u64 whole = window.bytes / 8;
+    for (u64 word = 0; word < whole; ++word) visitWord(word, std::integral_constant<u64, 8>());
+    if (window.bytes % 8 == 4)
+        visitWord(whole, std::integral_constant<u64, 4>());
+    else if (window.bytes % 8 != 0)
+        visitWord(whole, window.bytes % 8);
+}
+
+template<u64 maxWords>
+void loadWindows(Batch<maxWords>& batch, u64 firstWord, const CodecWindow& window,
+    std::span<const CodecGroup::Row> rows, auto startOf) {
+    visitWords(batch, firstWord, window, rows, startOf,
+        [](u64& word, const u8* at, u64 byteCount, u64) { std::memcpy(&word, at, byteCount); });
 }
 
 // The bits of the window's mask, among whatever stands around them.
-void mergeWindow(std::span<const Block> blocks, u64 row, const CodecWindow& window, u8* to) {
-    for (u64 word = 0; word < blocks.size(); ++word) {
-        const u64 bytes = bytesOfWord(window, word);
-        u8* at = to + word * 8;
-        storeWord(at, bytes, (loadWord(at, bytes) & ~window.mask[word]) | (blocks[word][row] & window.mask[word]));
+template<u64 maxWords>
+void mergeWindows(Batch<maxWords>& batch, u64 firstWord, const CodecWindow& window,
+    std::span<const CodecGroup::Row> rows, auto startOf) {
+    visitWords(batch, firstWord, window, rows, startOf, [](u64 word, u8* at, u64 byteCount, u64 mask) {
+        u64 old = 0;
+        std::memcpy(&old, at, byteCount);
+        old = merged(old, word, mask);
+        std::memcpy(at, &old, byteCount);
+    });
+}
+
+// Exchanges quarters of ever smaller squares of bits, two sizes in one pass: the upper right with the lower left one of
+// squares of 4 * quarter bits, then of 2 * quarter.
+template<u32 quarter>
+[[gnu::always_inline]] inline void exchangeQuarters(u64* rows) {
+    constexpr u32 kROW_WORDS = 4;
+    constexpr u64 kLOW_OF_LARGE = ~u64{0} / ((u64{1} << 2 * quarter) + 1);
+    constexpr u64 kLOW_OF_SMALL = ~u64{0} / ((u64{1} << quarter) + 1);
+    const auto exchange = [](u64& upper, u64& lower, u32 shift, u64 low) {
+        const u64 differ = (upper >> shift ^ lower) & low;
+        lower ^= differ;
+        upper ^= differ << shift;
+    };
+    for (u32 square = 0; square < 64; square += 4 * quarter) {
+        u64* const at = rows + square * kROW_WORDS;
+        constexpr u32 kSTEP = quarter * kROW_WORDS;
+        for (u32 i = 0; i < kSTEP; ++i) {
+            u64 a = at[i];
+            u64 b = at[i + kSTEP];
+            u64 c = at[i + 2 * kSTEP];
+            u64 d = at[i + 3 * kSTEP];
+            exchange(a, c, 2 * quarter, kLOW_OF_LARGE);
+            exchange(b, d, 2 * quarter, kLOW_OF_LARGE);
+            exchange(a, b, quarter, kLOW_OF_SMALL);
+            exchange(c, d, quarter, kLOW_OF_SMALL);
+            at[i] = a;
+            at[i + kSTEP] = b;
+            at[i + 2 * kSTEP] = c;
+            at[i + 3 * kSTEP] = d;
+        }
     }
 }
 
-void transposeAll(std::span<Block> blocks) {
-    for (Block& block : blocks) transpose(block);
+[[gnu::always_inline]] inline void transposeAll(std::span<u64> blocks) {
+    for (u64 at = 0; at < blocks.size(); at += kBLOCK_WORDS) {
+        u64* const rows = &blocks[at];
+        exchangeQuarters<16>(rows);
+        exchangeQuarters<4>(rows);
+        exchangeQuarters<1>(rows);
+    }
 }
 
-u64& bitColumn(std::span<Block> blocks, u64 bit) {
-    return blocks[bit / kWORD_BITS][bit % kWORD_BITS];
+#ifdef __x86_64__
+[[gnu::target("avx2")]] void transposeByWideRegisters(std::span<u64> blocks) {
+    transposeAll(blocks);
 }
+#endif
 
 void takeBit(CodecWindow& window, u64 bit) {
     window.bytes = std::max(window.bytes, bit / 8 + 1);
     window.mask.resize(std::max<u64>(window.mask.size(), bit / kWORD_BITS + 1));
-    window.mask[bit / kWORD_BITS] |= u64{1} << (kWORD_BITS - 1 - bit % kWORD_BITS);
+    window.mask[bit / kWORD_BITS] |= u64{1} << (bit % kWORD_BITS ^ 7);
 }
 
 // The least bit of an image that a row uses, rounded down to a byte.
@@ -87,27 +156,22 @@ CodecGroup groupOf(const std::vector<BitPlace>& places) {
     for (u32 bit = 0; bit < places.size(); ++bit) {
         if (places[bit].image == BitPlace::NONE) continue;
         const u64 base = places[bit].image == BitPlace::DATA ? 0 : group.data.mask.size() * kWORD_BITS;
-        group.moves.push_back({bit, static_cast<u32>(base + places[bit].bit)});
+        group.moves.push_back({placeOfBit(bit), placeOfBit(base + places[bit].bit)});
     }
     return group;
 }
 
 } // namespace
 
-// Exchanges ever smaller quarters: the upper right with the lower left one of each square. Compiled for wider registers
-// too, which the processor takes where it has them.
-#if defined(__x86_64__) && !defined(__clang__)
-[[gnu::target_clones("avx2", "default"), gnu::optimize("O3")]]
+void transposePlainly(std::span<u64> blocks) {
+    transposeAll(blocks);
+}
+
+void transpose(std::span<u64> blocks) {
+#ifdef __x86_64__
+    if (__builtin_cpu_supports("avx2")) return transposeByWideRegisters(blocks);
 #endif
-void transpose(std::array<u64, 64>& a) {
-    u64 right = 0xFFFFFFFF; // columns of the right halves of the squares
-    for (u32 half = 32; half != 0; half /= 2, right ^= right << half)
-        for (u32 square = 0; square < 64; square += 2 * half)
-            for (u32 i = square; i < square + half; ++i) {
-                const u64 differ = (a[i] ^ a[i + half] >> half) & right;
-                a[i] ^= differ;
-                a[i + half] ^= differ << half;
-            }
+    transposePlainly(blocks);
 }
 
 CodecPlan::CodecPlan(
@@ -145,53 +209,44 @@ CodecPlan::CodecPlan(
 
 bool CodecPlan::fits() const {
     return std::ranges::all_of(groups_, [](const CodecGroup& group) {
-        return group.data.mask.size() + group.parity.mask.size() <= kMAX_WINDOW_WORDS &&
-               group.slice.mask.size() <= kMAX_SLICE_WORDS;
+        return group.windowWords() <= kMAX_WINDOW_WORDS && group.slice.mask.size() <= kMAX_SLICE_WORDS;
     });
 }
 
 void CodecPlan::decode(const TarselDeviceType* device, const u8* frames, u8* data, u8* parity) const {
-    std::array<Block, kMAX_SLICE_WORDS> sliceBlocks{}; // the last batch need not fill it
-    std::array<Block, kMAX_WINDOW_WORDS> windowBlocks;
+    const u64 frameBytes = device->bramFrameBits / 8;
     for (const CodecGroup& group : groups_) {
-        const auto slice = std::span(sliceBlocks).first(group.slice.mask.size());
-        const auto window = std::span(windowBlocks).first(group.data.mask.size() + group.parity.mask.size());
-        for (std::span rows(group.rows); !rows.empty(); rows = rows.subspan(std::min(rows.size(), kBATCH_ROWS))) {
-            const auto batch = rows.first(std::min(rows.size(), kBATCH_ROWS));
-            std::ranges::fill(window, Block{});
-            for (u64 i = 0; i < batch.size(); ++i)
-                loadWindow(slice, i, group.slice, frames + u64{batch[i].frame} * (device->bramFrameBits / 8));
-            transposeAll(slice);
+        Batch<kMAX_SLICE_WORDS> slice(group.slice.mask.size());
+        Batch<kMAX_WINDOW_WORDS> window(group.windowWords());
+        for (u64 first = 0; first < group.rows.size(); first += kBATCH_ROWS) {
+            const auto rows = std::span(group.rows).subspan(first, std::min(kBATCH_ROWS, group.rows.size() - first));
+            loadWindows(slice, 0, group.slice, rows, [=](auto& row) { return frames + row.frame * frameBytes; });
+            transpose(slice.blocks());
             for (const CodecGroup::Move& move : group.moves)
-                bitColumn(window, move.windowBit) = bitColumn(slice, move.sliceBit);
-            transposeAll(window);
-            for (u64 i = 0; i < batch.size(); ++i) {
-                mergeWindow(window.first(group.data.mask.size()), i, group.data, data + batch[i].dataByte);
-                mergeWindow(window.subspan(group.data.mask.size()), i, group.parity, parity + batch[i].parityByte);
-            }
+                std::copy_n(&slice.words[move.slice], 2, &window.words[move.window]);
+            transpose(window.blocks());
+            mergeWindows(window, 0, group.data, rows, [=](auto& row) { return data + row.dataByte; });
+            mergeWindows(
+                window, group.data.mask.size(), group.parity, rows, [=](auto& row) { return parity + row.parityByte; });
         }
     }
 }
 
 void CodecPlan::encode(const TarselDeviceType* device, u8* frames, const u8* data, const u8* parity) const {
-    std::array<Block, kMAX_SLICE_WORDS> sliceBlocks;
-    std::array<Block, kMAX_WINDOW_WORDS> windowBlocks{}; // the last batch need not fill it
+    const u64 frameBytes = device->bramFrameBits / 8;
     for (const CodecGroup& group : groups_) {
-        const auto slice = std::span(sliceBlocks).first(group.slice.mask.size());
-        const auto window = std::span(windowBlocks).first(group.data.mask.size() + group.parity.mask.size());
-        for (std::span rows(group.rows); !rows.empty(); rows = rows.subspan(std::min(rows.size(), kBATCH_ROWS))) {
-            const auto batch = rows.first(std::min(rows.size(), kBATCH_ROWS));
-            std::ranges::fill(slice, Block{});
-            for (u64 i = 0; i < batch.size(); ++i) {
-                loadWindow(window.first(group.data.mask.size()), i, group.data, data + batch[i].dataByte);
-                loadWindow(window.subspan(group.data.mask.size()), i, group.parity, parity + batch[i].parityByte);
-            }
-            transposeAll(window);
+        Batch<kMAX_SLICE_WORDS> slice(group.slice.mask.size());
+        Batch<kMAX_WINDOW_WORDS> window(group.windowWords());
+        for (u64 first = 0; first < group.rows.size(); first += kBATCH_ROWS) {
+            const auto rows = std::span(group.rows).subspan(first, std::min(kBATCH_ROWS, group.rows.size() - first));
+            loadWindows(window, 0, group.data, rows, [=](auto& row) { return data + row.dataByte; });
+            loadWindows(
+                window, group.data.mask.size(), group.parity, rows, [=](auto& row) { return parity + row.parityByte; });
+            transpose(window.blocks());
             for (const CodecGroup::Move& move : group.moves)
-                bitColumn(slice, move.sliceBit) = bitColumn(window, move.windowBit);
-            transposeAll(slice);
-            for (u64 i = 0; i < batch.size(); ++i)
-                mergeWindow(slice, i, group.slice, frames + u64{batch[i].frame} * (device->bramFrameBits / 8));
+                std::copy_n(&window.words[move.window], 2, &slice.words[move.slice]);
+            transpose(slice.blocks());
+            mergeWindows(slice, 0, group.slice, rows, [=](auto& row) { return frames + row.frame * frameBytes; });
         }
     }
 }

@@ -1,15 +1,15 @@
 // codec_plan.h - the fast form of the frame codec: many rows of a decode table at once.
 //
-// Nearly all rows of a table permute their bits alike: they differ in where their windows of the images begin. Sixty-four
-// such rows are taken together and transposed, so that one bit of a row becomes one 64-bit word that holds it for all
-// rows; the permutation is then a plain move of words, and a second transposition gives the rows back.
+// Nearly all rows of a table permute their bits alike: they differ in where their windows of the images begin. Up to 128
+// such rows are taken together and transposed, so that one bit of a row becomes one word that holds it for 64 rows, and
+// two of these for all; the permutation is then a plain move of words, and a second transposition gives the rows back.
 // SPDX-License-Identifier: Apache-2.0
 #ifndef MEMDATA_BRAM_DECODE_UTILS_CODEC_PLAN_H
 #define MEMDATA_BRAM_DECODE_UTILS_CODEC_PLAN_H
 
 #include "DeviceTableUtils/records.h"
 
-#include <array>
+#include <span>
 #include <vector>
 
 namespace memdata {
@@ -26,18 +26,22 @@ struct BitPlace {
 BitPlace placeOfEntry(const TarselDeviceType* device, const MEMORYType* type, const TranslationTableType* table,
     u64 laneWidth, u64 row, u64 sliceBit);
 
-// Bits of one side of a row, in bytes from the row's start on: which of them take part, as 64-bit words whose most
-// significant bit is the first one.
+// Bits of one side of a row, in bytes from the row's start on: which of them take part, as 64-bit words of which the
+// least significant byte is the first one.
 struct CodecWindow {
     u64 bytes = 0;
     std::vector<u64> mask;
 };
 
+// Blocks of bits: word w of row r, of up to 128 rows, stands at index w / 2 * 256 + r % 64 * 4 + w % 2 * 2 + r / 64. After
+// the transposition bits 64 * w + b of the rows stand as word w of rows b and b + 64 did, a row to each bit.
+inline constexpr u64 kBLOCK_WORDS = 256;
+
 // Rows that permute alike.
 struct CodecGroup {
     struct Move {
-        u32 sliceBit;
-        u32 windowBit; // of the data window; behind its words the parity window
+        u32 slice;  // index among the transposed blocks of the slice, where the bit's two words begin
+        u32 window; // and of the windows: the data window, behind its words the parity window
     };
     struct Row {
         u32 frame;
@@ -47,6 +51,8 @@ struct CodecGroup {
     std::vector<Move> moves;
     CodecWindow slice, data, parity;
     std::vector<Row> rows; // in table order
+
+    u64 windowWords() const { return data.mask.size() + parity.mask.size(); }
 };
 
 class CodecPlan {
@@ -64,13 +70,14 @@ private:
 };
 
 // The plan of a memory form as a family stores it; made at its first use, kept until the end of the engine's lifetime.
-// Null when it
-// does not fit, or without memory.
+// Null when it does not fit, or without memory.
 const CodecPlan* codecPlan(
     const TarselDeviceType* device, const MEMORYType* type, const TranslationTableType* table, u64 laneWidth);
 
-// a[i] bit 63 - j becomes a[j] bit 63 - i.
-void transpose(std::array<u64, 64>& a);
+// In each block bit j of the word at index 4 * i + k becomes bit i of that at 4 * j + k; bit 0 is the least significant
+// one. By wide registers where the processor has them.
+void transpose(std::span<u64> blocks);
+void transposePlainly(std::span<u64> blocks);
 
 } // namespace memdata
 

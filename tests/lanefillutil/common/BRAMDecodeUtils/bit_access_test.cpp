@@ -85,6 +85,19 @@ TEST(BitOrder, LeavesACutUnitAtTheEnd) {
     EXPECT_EQ(bytes, (Bytes{4, 3, 2, 1, 5, 6, 7}));
 }
 
+TEST(BitOrder, OfALongRunIsThatOfItsBytes) {
+    std::mt19937 random(2);
+    Bytes bytes(21);
+    for (u8& byte : bytes) byte = static_cast<u8>(random());
+    for (u64 width : {1U, 2U, 4U}) {
+        Bytes run = bytes;
+        Bytes one = bytes;
+        DecodeBitlaneWidths(run.data(), width, run.size());
+        for (u8& byte : one) DecodeBitlaneWidths(&byte, width, 1);
+        EXPECT_EQ(run, one) << width;
+    }
+}
+
 TEST(BitOrder, TurnedTwiceGivesTheBytesBack) {
     std::mt19937 random(1);
     Bytes bytes(64);

@@ -188,15 +188,21 @@ TEST(BitIndexes, Of32BitLanesStayInsideASmallMemory) {
     }
 }
 
-TEST(CodecPlan, TransposesSixtyFourWords) {
+TEST(CodecPlan, TransposesFourSquaresOfEachBlock) {
     std::mt19937_64 random(3);
-    std::array<u64, 64> words{};
+    std::vector<u64> words(2 * memdata::kBLOCK_WORDS);
     for (u64& word : words) word = random();
-    std::array<u64, 64> turned = words;
-    memdata::transpose(turned);
-    for (u32 row = 0; row < 64; ++row)
-        for (u32 bit = 0; bit < 64; ++bit)
-            ASSERT_EQ(words[row] >> (63 - bit) & 1, turned[bit] >> (63 - row) & 1) << row << " " << bit;
+    std::vector<u64> expected(words.size());
+    for (size_t at = 0; at < words.size(); ++at)
+        for (u64 bit = 0; bit < 64; ++bit) {
+            const size_t row = at % memdata::kBLOCK_WORDS / 4;
+            expected[at - row * 4 + bit * 4] |= (words[at] >> bit & 1) << row;
+        }
+    for (auto* transpose : {memdata::transpose, memdata::transposePlainly}) {
+        std::vector<u64> turned = words;
+        transpose(turned);
+        EXPECT_EQ(turned, expected);
+    }
 }
 
 TEST(CodecPlan, FitsEveryForm) {
