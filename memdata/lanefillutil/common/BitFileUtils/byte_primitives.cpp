@@ -101,6 +101,17 @@ int ReadData(fileIODescriptor* file, void* buffer, u64 count) {
     return 0;
 }
 
+int memdata::readPiece(fileIODescriptor* file, u64 unitBytes, u64 limit, const u8** bytes, u64* count) {
+    const bool eachByte = progressReportsEachByte();
+    const char* at = nullptr;
+    if (int status = inputPiece(file, unitBytes, eachByte ? unitBytes : limit, &at, count); status != 0) return status;
+    *bytes = reinterpret_cast<const u8*>(at);
+    if (!eachByte) return moved(*count);
+    for (u64 i = 0; i < *count; ++i)
+        if (int status = moved(1); status != 0) return status;
+    return 0;
+}
+
 int WriteData(fileIODescriptor* file, const void* buffer, u64 count) {
     if (count == 0) return 0;
     if (!progressReportsEachByte()) {

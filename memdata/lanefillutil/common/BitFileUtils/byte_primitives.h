@@ -50,6 +50,9 @@ inline constexpr u32 kMAX_HEADER_STRING_BYTES = u32{256} << 20;
 // kERROR_INVALID_OR_CORRUPTED_BIT_STREAM_HEADER with the file's name; status 2.
 int corruptedHeader(const fileIODescriptor* file);
 
+// The next bytes where they stand, in whole units of unitBytes, up to limit: see inputPiece.
+int readPiece(fileIODescriptor* file, u64 unitBytes, u64 limit, const u8** bytes, u64* count);
+
 } // namespace memdata
 
 #endif

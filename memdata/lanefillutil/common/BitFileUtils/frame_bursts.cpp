@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BitFileUtils/frame_bursts.h"
 
-#include "BRAMDecodeUtils/column_walk.h"
 #include "BitFileUtils/byte_primitives.h"
+#include "BitFileUtils/column_window.h"
 #include "BitFileUtils/config_words.h"
 #include "BitFileUtils/register_ops.h"
 #include "BitFileUtils/stream_crc.h"
@@ -21,29 +21,9 @@ using namespace memdata;
 constexpr int kUNSUPPORTED_STATUS = 3;
 constexpr u32 kLONG_COUNT_BYTES = 4; // in one word or two
 constexpr u64 kCOPY_BLOCK_BYTES = 256 * 1024;
-constexpr u64 kCOLUMN_PAD_BYTES = 4096; // more than the pads between columns ever take
 
 bool isFirstGeneration(const TarselDeviceType* device) {
     return (device->family->familyMask & kFIRST_GENERATION_MASK) != 0;
-}
-
-// Writes what bit lanes hold into the columns of a burst.
-int replaceColumns(const StreamWalk& walk, Burst& burst, const BramColumns& columns) {
-    u8* const end = burst.data.get() + burst.bytes(walk);
-    u8* at = burst.data.get() + columns.start;
-    for (u32 i = 0; i < columns.count && at < end; ++i) {
-        i32 physicalColumn = 0;
-        if (!translate_logical_column_number(walk.device, static_cast<i32>(columns.first + i), &physicalColumn))
-            continue;
-        const u64 room = static_cast<u64>(end - at);
-        u8* next =
-            walk.check != nullptr
-                ? compareBRAMColumn(walk.device, at, room, physicalColumn, walk.addressMapping, &walk.check->memories)
-                : ReplaceBRAMColumn(walk.device, at, room, physicalColumn, walk.addressMapping);
-        if (next == nullptr) return 7;
-        at = next;
-    }
-    return 0;
 }
 
 // Counts a burst off the stream: from here on its words are there, or the file is shorter than its header says.
@@ -55,11 +35,6 @@ int beginBurst(StreamWalk& walk, u32 commandWord, u64* wordCount) {
     return 0;
 }
 
-int readBytes(StreamWalk& walk, u8* to, u64 byteCount) {
-    const int status = ReadData(walk.input, to, byteCount);
-    return status == kEND_OF_CONTENTS ? streamEndsEarly(walk, byteCount) : status;
-}
-
 int readWords(StreamWalk& walk, u64 wordCount, Burst* burst) {
     burst->wordCount = wordCount;
     const u64 bytes = burst->bytes(walk);
@@ -68,49 +43,15 @@ int readWords(StreamWalk& walk, u64 wordCount, Burst* burst) {
     return readBytes(walk, burst->data.get(), bytes);
 }
 
-// Words that nobody changes: through a small block, so that no memory is touched for them.
-int copyWords(StreamWalk& walk, u32 commandWord, u64 wordCount) {
-    const u64 wordBytes = walk.family().configWordBytes;
-    const u64 blockWords = kCOPY_BLOCK_BYTES / wordBytes;
-    if (wordCount != 0) walk.block.resize(kCOPY_BLOCK_BYTES);
-    while (wordCount > 0) {
-        const u64 count = std::min(wordCount, blockWords);
-        if (int status = readBytes(walk, walk.block.data(), count * wordBytes); status != 0) return status;
-        if (int status = WriteData(walk.output, walk.block.data(), count * wordBytes); status != 0) return status;
-        CRC_Data(walk.device, commandWord, walk.block.data(), count);
-        wordCount -= count;
-    }
-    return 0;
-}
-
-// The words of a burst that hold the columns, with what pads may move them on.
-int copyColumns(StreamWalk& walk, u32 commandWord, u64 wordCount, const BramColumns& columns) {
-    Burst burst;
-    int status = readWords(walk, wordCount, &burst);
-    if (status == 0) status = replaceColumns(walk, burst, columns);
-    if (status == 0) status = writeBurst(walk, burst);
-    // Behind the change: the CRC is that of the new frames.
-    if (status == 0) CRC_Data(walk.device, commandWord, burst.data.get(), burst.wordCount);
-    return status;
-}
-
-// The words ahead of the columns, those with columns, and the rest.
 int copyBurst(StreamWalk& walk, u32 commandWord) {
     u64 wordCount = 0;
     if (int status = beginBurst(walk, commandWord, &wordCount); status != 0) return status;
-    const u64 wordBytes = walk.family().configWordBytes;
     BramColumns columns;
     if (walk.addressMapping != nullptr)
-        if (int status = bramColumns(walk, wordCount * wordBytes, &columns); status != 0) return status;
-    if (columns.count == 0) return copyWords(walk, commandWord, wordCount);
-
-    const u64 ahead = columns.start / wordBytes;
-    const u64 reach = (columns.columnBytes + kCOLUMN_PAD_BYTES) * columns.count;
-    const u64 held = std::min(wordCount - ahead, (reach + wordBytes) / wordBytes);
-    columns.start -= ahead * wordBytes;
-    int status = copyWords(walk, commandWord, ahead);
-    if (status == 0) status = copyColumns(walk, commandWord, held, columns);
-    return status != 0 ? status : copyWords(walk, commandWord, wordCount - ahead - held);
+        if (int status = bramColumns(walk, wordCount * walk.family().configWordBytes, &columns); status != 0)
+            return status;
+    return columns.count == 0 ? copyWords(walk, commandWord, wordCount)
+                              : copyColumns(walk, commandWord, wordCount, columns);
 }
 
 } // namespace
@@ -142,6 +83,31 @@ int memdata::readBurst(StreamWalk& walk, u32 commandWord, Burst* burst) {
 
 int memdata::writeBurst(StreamWalk& walk, const Burst& burst) {
     return WriteData(walk.output, burst.data.get(), burst.bytes(walk));
+}
+
+int memdata::readBytes(StreamWalk& walk, u8* to, u64 byteCount) {
+    const int status = ReadData(walk.input, to, byteCount);
+    return status == kEND_OF_CONTENTS ? streamEndsEarly(walk, byteCount) : status;
+}
+
+int memdata::writeWords(StreamWalk& walk, u32 commandWord, const u8* words, u64 byteCount) {
+    if (int status = WriteData(walk.output, words, byteCount); status != 0) return status;
+    CRC_Data(walk.device, commandWord, words, byteCount / walk.family().configWordBytes);
+    return 0;
+}
+
+int memdata::copyWords(StreamWalk& walk, u32 commandWord, u64 wordCount) {
+    const u64 wordBytes = walk.family().configWordBytes;
+    for (u64 left = wordCount * wordBytes; left > 0;) {
+        const u8* words = nullptr;
+        u64 count = 0;
+        const int status = readPiece(walk.input, wordBytes, std::min(left, kCOPY_BLOCK_BYTES), &words, &count);
+        if (status == kEND_OF_CONTENTS) return streamEndsEarly(walk, left);
+        if (status != 0) return status;
+        if (int written = writeWords(walk, commandWord, words, count); written != 0) return written;
+        left -= count;
+    }
+    return 0;
 }
 
 void memdata::columnsOfDie(const StreamWalk& walk, BramColumns* columns) {

@@ -1,4 +1,4 @@
-// frame_bursts.h - the long writes of frame data: read whole, changed in place, written back, or told as text.
+// frame_bursts.h - the long writes of frame data: their length, their way through a copy, or told as text.
 // SPDX-License-Identifier: Apache-2.0
 #ifndef MEMDATA_BIT_FILE_UTILS_FRAME_BURSTS_H
 #define MEMDATA_BIT_FILE_UTILS_FRAME_BURSTS_H
@@ -40,6 +40,13 @@ struct BramColumns {
 // command word and the count words are written. Status 7 without memory; 2 with an alert when the stream is shorter.
 int readBurst(StreamWalk& walk, u32 commandWord, Burst* burst);
 int writeBurst(StreamWalk& walk, const Burst& burst);
+
+// Bytes of a burst that has been counted off the stream; status 2 with an alert when the file is shorter.
+int readBytes(StreamWalk& walk, u8* to, u64 byteCount);
+// Whole words into the copy, and into the CRC.
+int writeWords(StreamWalk& walk, u32 commandWord, const u8* words, u64 byteCount);
+// Words that nobody changes: from where the input holds them, so that no memory is touched for them.
+int copyWords(StreamWalk& walk, u32 commandWord, u64 wordCount);
 
 // The columns of the die in turn, as many as it has; none when the stream names more dice than the device has.
 void columnsOfDie(const StreamWalk& walk, BramColumns* columns);

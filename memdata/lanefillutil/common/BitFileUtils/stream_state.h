@@ -75,7 +75,6 @@ struct StreamWalk {
     u32 dieIndex = 0;
     u32 fdriWrites = 1;          // of the segment; the first burst is number 1
     std::vector<u32> words = {}; // data of the packet
-    std::vector<u8> block = {};  // what a burst passes through
 
     bool copies() const { return output != nullptr; }
     const TarselFamilyType& family() const { return *device->family; }
