@@ -4,6 +4,7 @@
 
 #include "BmmUtils/model/iteration.h"
 #include "BmmUtils/model/selection.h"
+#include "BmmUtils/model/transform_buffers.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/lanes/bus_blocks.h"
 #include "lanefillCore/records/run_report.h"
@@ -44,6 +45,7 @@ int storeInSpace(const char* fileName, AddressSpaceLinkType* link, const BootAdd
     if (range == nullptr) return 7;
     // The range has a copy: the lanes need not find room beside both.
     if (section->isMapped) memdata::releaseMappedPages(section->data, section->size);
+    memdata::populateTransformBuffers(space, section->size);
     insert_transform_start_address(start, section, previous, nextStart, range);
     int status = space->dataFiles == nullptr ? 0 : insert_data_filename(fileName, space->dataFiles);
     if (status == 0) status = set_map_boot_address(fileName, link, boot, fileStartup);

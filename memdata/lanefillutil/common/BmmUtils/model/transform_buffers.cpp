@@ -3,6 +3,7 @@
 #include "BmmUtils/model/transform_buffers.h"
 
 #include "BmmUtils/model/internal.h"
+#include "platform/memory_pages.h"
 
 namespace {
 
@@ -91,6 +92,15 @@ bool allocate_addressSpace_transform_buffers(AddressSpaceDefType* space) {
         return false;
     }
     return true;
+}
+
+void memdata::populateTransformBuffers(AddressSpaceDefType* space, u64 segmentBytes) {
+    u64 bytes = 0;
+    for (AddressRangeDefType* range = space->ranges; range != nullptr; range = range->next)
+        if (range->transformBuffer != nullptr) bytes += range_byte_size(range);
+    if (segmentBytes < bytes - bytes / 8) return; // parity takes a ninth
+    for (AddressRangeDefType* range = space->ranges; range != nullptr; range = range->next)
+        if (range->transformBuffer != nullptr) populatePages(range->transformBuffer, range_byte_size(range));
 }
 
 bool deallocate_addressSpace_transform_buffers(AddressSpaceDefType* space) {

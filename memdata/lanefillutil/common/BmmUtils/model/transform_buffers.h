@@ -16,6 +16,13 @@ bool deallocate_addressSpace_transform_buffers(AddressSpaceDefType* space);
 // The same for all spaces of the mapping.
 bool deallocate_bmm_transform_buffers(AddressMappingType* mapping);
 
+namespace memdata {
+
+// Takes the memory of the buffers at once when a segment of so many bytes fills nearly all of them. Only speed changes.
+void populateTransformBuffers(AddressSpaceDefType* space, u64 segmentBytes);
+
+} // namespace memdata
+
 // total plus the bytes of count devices; the largest value when 64 bits do not hold the sum.
 u64 get_bitLane_list_BRAM_byte_size(const BitLaneArrayType* lanes, u64 count, u64 total);
 // Hands out slivers from cursor on; returns the cursor behind them.

@@ -5,6 +5,7 @@
 #include "StringUtils/StringUtils.h"
 #include "SystemUtils/memory.h"
 #include "lanefillCore/records/chunk_access.h"
+#include "platform/memory_pages.h"
 
 #include <algorithm>
 #include <cstring>
@@ -17,6 +18,7 @@ using OwnedRange = memdata::Tracked<TransformRangeType, delete_transform_range>;
 bool takeCopy(TransformRangeType* range, const u8* data, u64 dataSize) {
     auto* copy = static_cast<u8*>(getMemory("'std::uint8_t' data", dataSize));
     if (copy == nullptr) return false;
+    memdata::populatePages(copy, dataSize);
     if (dataSize > 0) std::memcpy(copy, data, dataSize);
     if (range->ownedData != nullptr) releaseMemory(range->ownedData);
     range->ownedData = copy;
