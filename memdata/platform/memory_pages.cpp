@@ -6,16 +6,37 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+namespace {
+
+struct Pages {
+    char* start;
+    u64 bytes;
+};
+
+// The whole pages inside a block.
+Pages pagesInside(void* bytes, u64 byteCount, u64 pageBytes) {
+    const u64 head = (pageBytes - reinterpret_cast<std::uintptr_t>(bytes) % pageBytes) % pageBytes;
+    if (byteCount < head) return {static_cast<char*>(bytes), 0};
+    return {static_cast<char*>(bytes) + head, (byteCount - head) / pageBytes * pageBytes};
+}
+
+[[maybe_unused]] void advise(const Pages& pages, int advice) {
+    if (pages.bytes != 0) ::madvise(pages.start, static_cast<size_t>(pages.bytes), advice);
+}
+
+} // namespace
+
 namespace memdata {
 
-void populatePages([[maybe_unused]] void* bytes, [[maybe_unused]] u64 byteCount) {
-#ifdef MADV_POPULATE_WRITE
-    constexpr u64 kSMALLEST_BYTES = 256 * 1024; // below that the call is not worth its while
+void populatePages(void* bytes, u64 byteCount) {
+    constexpr u64 kSMALLEST_BYTES = 256 * 1024; // below that the calls are not worth their while
     if (byteCount < kSMALLEST_BYTES) return;
-    const u64 pageBytes = static_cast<u64>(::sysconf(_SC_PAGESIZE));
-    const u64 head = (pageBytes - reinterpret_cast<std::uintptr_t>(bytes) % pageBytes) % pageBytes; // whole pages only
-    const u64 whole = (byteCount - head) / pageBytes * pageBytes;
-    ::madvise(static_cast<char*>(bytes) + head, static_cast<size_t>(whole), MADV_POPULATE_WRITE);
+#ifdef MADV_HUGEPAGE
+    constexpr u64 kLARGE_PAGE_BYTES = u64{2} << 20;
+    advise(pagesInside(bytes, byteCount, kLARGE_PAGE_BYTES), MADV_HUGEPAGE);
+#endif
+#ifdef MADV_POPULATE_WRITE
+    advise(pagesInside(bytes, byteCount, static_cast<u64>(::sysconf(_SC_PAGESIZE))), MADV_POPULATE_WRITE);
 #endif
 }
 

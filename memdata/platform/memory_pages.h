@@ -7,8 +7,9 @@
 
 namespace memdata {
 
-// Fresh memory that is about to be written as a whole: the system gives all of its pages now, which takes half the time
-// of giving them one by one at their first touch. Changes no byte; a system that can not do it is left to its own way.
+// Fresh memory that is about to be written as a whole: the system gives all of its pages now, large ones where it has
+// them, which takes less than half the time of giving them one by one at their first touch. Changes no byte; a system
+// that can not do it is left to its own way.
 void populatePages(void* bytes, u64 byteCount);
 
 } // namespace memdata

@@ -84,13 +84,14 @@ void turnImages(const TarselDeviceType* device, const Site& site, u8* data, u8* 
     DecodeBitlaneWidths(parity, 1, site.type->parityBits / 8);
 }
 
-// On copies of the lane's images.
+// The lane's own images stay: what is turned is a copy.
 void replaceMemory(const TarselDeviceType* device, const Site& site, u8* frames, u8* data, u8* parity) {
     BitLaneType* lane = site.bitLane;
-    std::memcpy(data, lane->dataSliver, site.type->dataBits / 8);
+    const bool turnsData = device->family == &kDunmare6FamilyTable;
+    if (turnsData) std::memcpy(data, lane->dataSliver, site.type->dataBits / 8);
     if (site.type->parityBits != 0) std::memcpy(parity, lane->paritySliver, site.type->parityBits / 8);
     turnImages(device, site, data, parity);
-    EncodeBRAM(device, site.type, site.table, lane->laneWidth, frames, data, parity);
+    EncodeBRAM(device, site.type, site.table, lane->laneWidth, frames, turnsData ? data : lane->dataSliver, parity);
     lane->isReplaced = true;
 }
 
