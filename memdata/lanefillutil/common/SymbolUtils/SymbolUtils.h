@@ -65,9 +65,9 @@ extern u32 symbol_scope_seed;
 u32 hash(const char* name, u32 size);
 
 // A table that is never resized: its size is the largest entry of primes_under_4096 below max(expectedSymbols, 26) / 2,
-// 4093 at most. Chains hold two symbols on average at the expected number, and grow with every further one. From twice
-// that number on an index beside the chains leads to the symbols of a space, so that a symbol costs the same whatever
-// their number; a search with a space of 0 walks its chain.
+// 4093 at most. Chains hold two symbols on average at the expected number, and grow with every further one. Beyond that
+// number an index beside the chains leads to the symbols of a space, so that a symbol costs the same whatever their
+// number; a search with a space of 0 walks its chain.
 symbol_table* create_symbol_table(unsigned expectedSymbols);
 // Deletes all symbols with their releasers, frees the table and nulls the pointer. Contexts over it end up empty.
 void delete_symbol_table(symbol_table** table);

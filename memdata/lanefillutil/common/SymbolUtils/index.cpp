@@ -16,7 +16,7 @@ using memdata::symbolName;
 
 namespace {
 
-constexpr u32 kSYMBOLS_PER_CHAIN = 4; // on average, where an index begins
+constexpr u32 kSYMBOLS_PER_CHAIN = 2; // on average, where an index begins
 constexpr u32 kLARGEST_SLOT_COUNT = u32{1} << 31;
 
 constexpr size_t index_offset(u32 size) {

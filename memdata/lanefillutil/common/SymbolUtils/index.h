@@ -1,8 +1,8 @@
-// index.h - the way to a symbol of a table that holds far more of them than it was made for.
+// index.h - the way to a symbol of a table that holds more of them than it was made for.
 // SPDX-License-Identifier: Apache-2.0
 //
 // A table keeps its size, so chains grow with the number of symbols, and a step along a chain is a cache miss. A table
-// that holds twice as many symbols as it was made for gets an index beside its chains: growing slots over name, space
+// that holds more symbols than it was made for gets an index beside its chains: growing slots over name, space
 // and scope, and the ends of the chains. The chains stay what they are, in contents and order; smaller tables pay
 // nothing.
 #ifndef MEMDATA_SYMBOL_UTILS_INDEX_H
