@@ -21,3 +21,11 @@ endif()
 function(memdata_compile_options target)
     target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:memdata_flags>)
 endfunction()
+
+# Line counts are taken of the library and the tool; tests are compiled as ever.
+function(memdata_count_lines target)
+    if(MEMDATA_COVERAGE)
+        target_compile_options(${target} PRIVATE --coverage)
+        target_link_options(${target} PRIVATE --coverage)
+    endif()
+endfunction()
