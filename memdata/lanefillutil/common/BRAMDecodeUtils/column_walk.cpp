@@ -199,9 +199,13 @@ u8* memdata::compareBRAMColumn(const TarselDeviceType* device, u8* data, u64 byt
     const AddressMappingType* addressMapping, MemoryCheck* check) {
     Images images(device);
     if (images.data == nullptr) return nullptr;
-    return walkColumn(device, data, byteCount, physicalColumn, addressMapping, [&](const Site& site, const u8* frames) {
-        if (holdsData(site.bitLane)) compareMemory(device, site, frames, images.data.get(), images.parity, check);
-    });
+    const u8 head = byteCount != 0 ? data[0] : u8{0};
+    u8* next =
+        walkColumn(device, data, byteCount, physicalColumn, addressMapping, [&](const Site& site, const u8* frames) {
+            if (holdsData(site.bitLane)) compareMemory(device, site, frames, images.data.get(), images.parity, check);
+        });
+    if (byteCount != 0) data[0] = head; // a shifted column comes back without two pad bits
+    return next;
 }
 
 u8* DumpBRAMColumn(const TarselDeviceType* device, fileIODescriptor* dump, u8* data, u64 byteCount, i32 physicalColumn,

@@ -165,11 +165,17 @@ int WriteAutoCRCWord(fileIODescriptor* output, const TarselDeviceType* device, u
     return device->family->syncWordBytes == 2 ? WriteShort(output, crc) : WriteLong(output, crc);
 }
 
+u32 memdata::crcInWords(const StreamWalk& walk, u64 wordCount) {
+    const u64 bits = wordCount * walk.family().configWordBytes * 8;
+    return bits < 32 ? gAccumulated_CRC & ((1U << bits) - 1) : gAccumulated_CRC;
+}
+
 int memdata::passAutoCRCWord(StreamWalk& walk, u32 first) {
     CRC_Disabled_Check(walk.device);
     u32 value = first;
     if (int status = ReadWriteAutoCRCWord(walk, &value); status != 0) return status;
-    if (walk.check != nullptr) walk.check->noteCrc(value == gAccumulated_CRC, walk.position());
+    const u32 words = walk.family().syncWordBytes / walk.family().configWordBytes;
+    if (walk.check != nullptr) walk.check->noteCrc(value == crcInWords(walk, words), walk.position());
     if (!walk.copies())
         return PutNextLine(
             walk.dump, "Write of Auto CRC word 0x%08lX. Calculated CRC value = 0x%08lX.\n\n", value, gAccumulated_CRC);

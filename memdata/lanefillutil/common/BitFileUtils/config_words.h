@@ -37,6 +37,9 @@ int readStreamWord(StreamWalk& walk, u32* value);
 // The command word and the words of its packet into the copy.
 int copyPacket(StreamWalk& walk, u32 commandWord);
 
+// The CRC so far, as it stands in so many words: short ones need two for all of it.
+u32 crcInWords(const StreamWalk& walk, u64 wordCount);
+
 // The Auto CRC word behind a burst, of which first has been read: exchanged in a copy, compared in a dump.
 int passAutoCRCWord(StreamWalk& walk, u32 first);
 

@@ -146,9 +146,9 @@ int OutputCRCregOp(StreamWalk& walk, u32 commandWord) {
     u32 value = 0;
     if (int status = ReadRegValue(walk, commandWord, &value); status != 0) return status;
     CRC_Disabled_Check(walk.device);
-    if (walk.check != nullptr) walk.check->noteCrc(value == gAccumulated_CRC, walk.position());
-    int status = 0;
     const u32 count = static_cast<u32>(walk.words.size());
+    if (walk.check != nullptr) walk.check->noteCrc(value == crcInWords(walk, count), walk.position());
+    int status = 0;
     if (walk.copies()) {
         value = gAccumulated_CRC;
         status = WriteConfigWord(walk.output, walk.device, commandWord);
