@@ -103,8 +103,9 @@ void requireContents(const StreamCase& asked, const std::string& text, const std
 
 void requireReplacedContents(const StreamCase& asked) {
     const StreamModel replaced = asked.replacementModel(0);
-    if (asked.map() == nullptr || replaced.status != 0) return;
-    StreamModel told{.device = asked.device(), .isDump = true, .hasMap = true, .contents = asked.placed().contents()};
+    if (asked.map() == nullptr || replaced.status != 0 || replaced.hasOpaqueWords) return;
+    StreamModel told{
+        .device = asked.device(), .job = StreamModel::DUMP, .hasMap = true, .contents = asked.placed().contents()};
     told.walk(replaced.copy);
     std::string text;
     require(dump(asked.fileOf(replaced.copy), kSTREAM_ONLY | kUSED_ONLY, asked.map(), &text) == told.status,
@@ -113,7 +114,7 @@ void requireReplacedContents(const StreamCase& asked) {
 }
 
 void requireDump(const StreamCase& asked, u32 flags) {
-    StreamModel model{.device = asked.device(), .isDump = true};
+    StreamModel model{.device = asked.device(), .job = StreamModel::DUMP};
     model.walk(asked.stream());
     std::string text;
     const int status = dump(asked.fileOf(asked.stream()), flags, asked.map(), &text);

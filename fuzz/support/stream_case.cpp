@@ -35,8 +35,9 @@ Bytes StreamCase::fileOf(const Bytes& stream) const {
     return file;
 }
 
-StreamModel StreamCase::replacementModel(u32 flags) const {
+StreamModel StreamCase::replacementModel(u32 flags, StreamModel::Job job) const {
     StreamModel model{.device = device(),
+        .job = job,
         .hasMap = !recipe_.has(StreamRecipe::NO_MAP),
         .allowsMultiFrame = (flags & 0x100) != 0,
         .contents = map_.contents()};

@@ -26,8 +26,8 @@ public:
 
     // The bit file of a stream, and bytes behind it where the recipe asks for them.
     Bytes fileOf(const Bytes& stream) const;
-    // What a replacement does with the stream.
-    StreamModel replacementModel(u32 flags) const;
+    // What a replacement does with the stream, or a comparison.
+    StreamModel replacementModel(u32 flags, StreamModel::Job job = StreamModel::REPLACEMENT) const;
 
     // Aborts unless the engine has said of each lane with data what the model says.
     void requireReached(const StreamModel& model) const;

@@ -47,6 +47,7 @@ public:
     }
 
 private:
+    bool isDump_() const { return model_.job == StreamModel::DUMP; }
     size_t left_() const { return stream_.size() - at_; }
 
     u32 take_(u32 bytes) {
@@ -111,7 +112,8 @@ private:
             if (left_() < form_.wordBytes) return stop_(kCUT);
             value = value << 16 | take_(form_.wordBytes);
         }
-        model_.crcWords.push_back({value, crc_.value()});
+        const u32 sum = form_.syncBytes == 2 ? crc_.value() & 0xFFFF : crc_.value();
+        model_.crcWords.push_back({value, crc_.value(), value == sum});
         put_(crc_.value(), form_.syncBytes);
         lastKind_ = kNO_KIND;
         if (form_.resetsAfterAutoCrc) crc_.reset();
@@ -126,7 +128,8 @@ private:
         if (kind == reg::kFDRI || kind == reg::kMFWR) return burst_(word, address, kind);
         // Written blocks of these are no packets to a dump.
         const bool isOpaque = kind == reg::kFDRO || kind == reg::kSTAT;
-        if (isOpaque && model_.isDump) return;
+        if (isOpaque && isDump_()) return;
+        model_.hasOpaqueWords |= isOpaque;
 
         u32 count = form_.shortWords ? word & 31 : word & 2047;
         if (count == 0 || kind == reg::kCOR || kind == reg::kCOR1) count = 1;
@@ -158,7 +161,7 @@ private:
             ended_ = value == command::kDESYNCH || value == kREBOOT;
             break;
         case reg::kCTL:
-            if (!model_.isDump && family_.encryptFieldIndex >= 0 &&
+            if (!isDump_() && family_.encryptFieldIndex >= 0 &&
                 fieldOf(family_.ctlFields[family_.encryptFieldIndex], value) != 0) {
                 stop_(kREFUSED);
                 return false;
@@ -183,8 +186,9 @@ private:
     void crcRegister_(u32 word, u32 address, u32 value, u32 count) {
         bypass_();
         const u32 right = crc_.value();
-        model_.crcWords.push_back({value, right});
-        const u32 stays = model_.isDump ? value : right;
+        const bool isHalf = form_.shortWords && count == 1;
+        model_.crcWords.push_back({value, right, value == (isHalf ? right & 0xFFFF : right)});
+        const u32 stays = isDump_() ? value : right;
         putWord_(word);
         for (u32 n = count; n > 0; --n) {
             const u32 part = form_.shortWords ? stays >> ((n - 1) % 2 * 16) : stays;
@@ -219,7 +223,7 @@ private:
             crc_.enter(address, each);
         }
         model_.copy.insert(model_.copy.end(), data.begin(), data.end());
-        if (kind == reg::kMFWR && !model_.isDump && !model_.allowsMultiFrame) stop_(kREFUSED);
+        if (kind == reg::kMFWR && !isDump_() && !model_.allowsMultiFrame) stop_(kREFUSED);
     }
 
     // The columns that a burst holds, first and one behind the last, and where the first begins.
@@ -239,7 +243,7 @@ private:
         if (bursts_ > 1) return isBram ? all : Columns{};
         // A dump tells block RAM behind CLB frames only, a replacement looks for it in every first burst.
         const bool isClb = blockType_ == family_.clbBlockType;
-        if (model_.isDump && (!isClb || device_->bramFrameOffset == 0)) return {};
+        if (isDump_() && (!isClb || device_->bramFrameOffset == 0)) return {};
         if (isClb && device_->bramFrameOffset == 0) {
             stop_(kREFUSED);
             return {};
@@ -256,7 +260,7 @@ private:
         const Columns columns = columns_(data.size());
         // The first generation's data is off the byte grid, and comes back without two pad bits.
         const bool isAlone = (family_.familyMask & kFIRST_GENERATION_MASK) != 0; // a column
-        if (isAlone && !model_.isDump && columns.end != 0 && !data.empty()) data[0] &= 0x3F;
+        if (isAlone && model_.job == StreamModel::REPLACEMENT && columns.end != 0 && !data.empty()) data[0] &= 0x3F;
         model_.reached.resize(model_.contents.size());
         for (size_t i = 0; i < model_.contents.size(); ++i) {
             const auto& [site, images] = model_.contents[i];
@@ -264,7 +268,10 @@ private:
             if (frames.column() < columns.first || frames.column() >= columns.end) continue;
             const size_t start = columns.start + (isAlone ? 0 : columnStart(device_, frames.column()));
             if (start + frames.reach() > data.size()) continue;
-            if (!model_.isDump) frames.write(data, start, images);
+            Bytes changed = data;
+            frames.write(changed, start, images);
+            model_.differences += changed != data ? 1 : 0;
+            if (model_.job == StreamModel::REPLACEMENT) data = std::move(changed);
             ++model_.reached[i];
         }
     }

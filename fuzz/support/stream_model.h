@@ -22,7 +22,7 @@ using memdata::testing::MemorySite;
 struct StreamModel {
     // What is asked for.
     const TarselDeviceType* device;
-    bool isDump = false;
+    enum Job { REPLACEMENT, DUMP, CHECK } job = REPLACEMENT;
     bool hasMap = false;
     bool allowsMultiFrame = false;
     std::vector<std::pair<MemorySite, MemoryImages>> contents = {}; // of memories, in the order of the decode tables
@@ -30,13 +30,16 @@ struct StreamModel {
     // What comes of it.
     struct CrcWord {
         u32 found;
-        u32 right;
+        u32 right; // the whole sum
+        bool isRight;
         bool operator==(const CrcWord&) const = default;
     };
     int status = 0;
     Bytes copy = {};                    // to the end, or to where the walk stopped
     std::vector<CrcWord> crcWords = {}; // in order, those of registers and of bursts
-    std::vector<u32> reached = {}; // how often each of the contents was put into the stream, or is told in the dump
+    std::vector<u32> reached = {};      // how often each of the contents was put into the stream, told, or compared
+    u32 differences = 0;                // memories that hold something else than the contents say
+    bool hasOpaqueWords = false;        // a replacement passed what a dump takes for packets
 
     void walk(const Bytes& stream);
 };
