@@ -17,15 +17,22 @@ void explain(std::string* reason, const std::string& text) {
     if (reason != nullptr) *reason = text;
 }
 
-// Reads to the end, into a buffer of the size that a plain file has, else into one that doubles. One byte more
-// than the limit is asked for, so that a file of exactly that size passes, and one more than the size, so that
-// its end is met.
+// The next size of the buffer: that which a plain file tells, else twice what is filled. One byte more than the limit is
+// asked for, so that a file of exactly that size passes, and one more than the size, so that its end is met. The last
+// step leads to the limit at once: old and new buffer exist side by side.
+u64 nextBufferSize(u64 expected, u64 filled, u64 limit) {
+    if (expected != 0 && filled <= expected) return std::min(std::max(expected, kFIRST_BLOCK_BYTES) + 1, limit + 1);
+    const u64 doubled = std::max(2 * filled, kFIRST_BLOCK_BYTES);
+    return doubled > limit / 2 ? limit + 1 : doubled;
+}
+
 template<class Bytes>
 WholeFile readToTheEnd(pql::iostreams::filtering_stream& in, Bytes* content, std::string* reason, u64 limit) {
     const u64 expected = static_cast<u64>(std::max<std::streamsize>(0, in.rdbuf()->in_avail()));
     u64 filled = 0;
+    if (expected == 0) limit = std::min(limit, memdata::kMAX_UNSIZED_FILE_BYTES);
     while (in.good() && expected <= limit && filled <= limit) {
-        const u64 wanted = std::min(std::max({expected + 1, kFIRST_BLOCK_BYTES, 2 * filled}), limit + 1);
+        const u64 wanted = nextBufferSize(expected, filled, limit);
         content->resize(wanted);
         in.read(reinterpret_cast<char*>(content->data()) + filled, static_cast<std::streamsize>(wanted - filled));
         filled += static_cast<u64>(in.gcount());

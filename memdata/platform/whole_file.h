@@ -10,20 +10,23 @@
 
 namespace memdata {
 
-// What a file may unpack to. A packed file of a few kilobytes can stand for more than any machine holds.
 inline constexpr u64 kMAX_WHOLE_FILE_BYTES = u64{4} << 30;
+// What a file may hold that does not tell its size. A packed file of a few kilobytes can stand for more than any
+// machine holds, and a device for ever.
+inline constexpr u64 kMAX_UNSIZED_FILE_BYTES = u64{1} << 30;
 
 enum class WholeFile {
     kREAD,
     kCANNOT_OPEN,
     kDAMAGED,   // packed data is damaged or ends early, or the disk failed
-    kTOO_LARGE, // above the limit, or above the memory of the machine
+    kTOO_LARGE, // above a limit, or above the memory of the machine
 };
 
 // name     of the file, in the system's own encoding
 // content  out: all bytes; empty unless the result is kREAD
 // reason   out: why not, worded to follow "cannot read NAME: "; may be null; untouched when kREAD
-// limit    bytes after unpacking, plain files included
+// limit    bytes after unpacking, plain files included; packed files, pipes and devices stop at
+//          kMAX_UNSIZED_FILE_BYTES already
 WholeFile readWholeFile(
     const std::string& name, std::string* content, std::string* reason = nullptr, u64 limit = kMAX_WHOLE_FILE_BYTES);
 WholeFile readWholeFile(const std::string& name, std::vector<u8>* content, std::string* reason = nullptr,

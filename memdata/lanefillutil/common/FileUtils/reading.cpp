@@ -71,11 +71,13 @@ int readUnsized(fileIODescriptor* file) {
     for (;;) {
         if (int status = fillBuffer(file); status != 0) return status;
         if (file->bufferEnd < file->bufferSize) return 0;
-        if (file->bufferSize >= kMAX_UNSIZED_BYTES) {
-            PrintFatalError(kFATAL_OUT_OF_MEMORY, 7, file->name, 2 * file->bufferSize, file->bufferSize);
+        if (file->bufferSize > kMAX_UNSIZED_BYTES) {
+            PrintError(kERROR_MESSAGE_STRING, 7,
+                formatted("File '%s' holds more than %d bytes, the most that is read of a pipe or device.", file->name,
+                    static_cast<u32>(kMAX_UNSIZED_BYTES)));
             return kNO_MEMORY;
         }
-        if (!resizeBuffer(file, 2 * file->bufferSize)) return kNO_MEMORY;
+        if (!resizeBuffer(file, std::min(2 * file->bufferSize, kMAX_UNSIZED_BYTES + 1))) return kNO_MEMORY;
     }
 }
 
