@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
+#include <string_view>
 #include <strings.h>
 
 using memdata::gDeviceTableState;
@@ -59,6 +61,20 @@ MEMORYLocType* newNode(
     return node.release();
 }
 
+std::string lowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return lower;
+}
+
+// lookup_MEMORY_type_by_name among the user's types. A map may define thousands.
+MEMORYLocType* lookupExtendedType(const char* name) {
+    if (name == nullptr) return definedExtendedMEMORYTypes.next;
+    const auto found = gDeviceTableState.extendedTypes.find(lowerCase(name));
+    return found == gDeviceTableState.extendedTypes.end() ? nullptr : found->second;
+}
+
 } // namespace
 
 MEMORYLocType* get_MEMORY_next_record(MEMORYLocType** cursor, bool firstCall) {
@@ -89,7 +105,7 @@ MEMORYLocType* lookup_MEMORY_type_by_name(MEMORYLocType* collection, const char*
 MEMORYLocType* get_MEMORY_type_from_name(TarselDeviceType* device, const char* name) {
     MEMORYLocType* found = lookup_MEMORY_type_by_name(
         device != nullptr ? device->memoryLocs : static_cast<MEMORYLocType*>(definedStaticMEMORYTypes), name);
-    if (found == nullptr) found = lookup_MEMORY_type_by_name(&definedExtendedMEMORYTypes, name);
+    if (found == nullptr) found = lookupExtendedType(name);
     if (found != nullptr && device != nullptr) build_missing_lookup_tables(device, found);
     return found;
 }
@@ -118,6 +134,7 @@ MEMORYLocType* create_MEMORY_extended_type(
     if (node == nullptr) return nullptr;
     MEMORYLocType*& last = gDeviceTableState.lastExtendedType;
     (last == nullptr ? definedExtendedMEMORYTypes.next : last->next) = node;
+    gDeviceTableState.extendedTypes.emplace(lowerCase(name), node);
     return last = node;
 }
 
@@ -125,6 +142,7 @@ void delete_MEMORY_extended_types() {
     MEMORYLocType* node = definedExtendedMEMORYTypes.next;
     definedExtendedMEMORYTypes.next = nullptr;
     gDeviceTableState.lastExtendedType = nullptr;
+    gDeviceTableState.extendedTypes.clear();
     while (node != nullptr) {
         MEMORYLocType* next = node->next;
         deleteNode(node);

@@ -6,14 +6,17 @@
 
 #include "DeviceTableUtils/records.h"
 
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace memdata {
 
 struct DeviceTableState {
     bool finalizerRegistered = false;
-    MEMORYLocType* lastExtendedType = nullptr; // tail of definedExtendedMEMORYTypes
-    bool printBuiltTables = false;             // the builders of location arrays print what they make
+    MEMORYLocType* lastExtendedType = nullptr;                     // tail of definedExtendedMEMORYTypes
+    std::unordered_map<std::string, MEMORYLocType*> extendedTypes; // by names in lower case, the first of each
+    bool printBuiltTables = false; // the builders of location arrays print what they make
     // Arrays that the builders made, as the fields that point at them; their blocks are swept with the engine.
     std::vector<LazyLocations<BRAMPhysLocDataType>*> builtPhysicalLocs;
     std::vector<LazyLocations<BRAMLogLocDataType>*> builtLogicalLocs;

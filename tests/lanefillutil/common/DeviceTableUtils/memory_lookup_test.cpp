@@ -117,6 +117,17 @@ TEST_F(MemoryLookup, AUsersTypeIsFoundWithAndWithoutADevice) {
     EXPECT_EQ(get_MEMORY_type_from_name(device("tq7b100"), "MINE"), mine);
 }
 
+TEST_F(MemoryLookup, UsersTypesAreFoundWithoutCaseTheFirstOfANameAndTheFirstOfAllForNone) {
+    MEMORYLocType* first = get_MEMORY_type_from_token(nullptr, &kGENERIC_MEMORY_KEYWORD);
+    get_MEMORY_type_from_token(nullptr, &kGENERIC_MEMORY_KEYWORD);
+    MEMORYLocType* other = create_MEMORY_extended_type("Sram_A", 0, nullptr, 1024, nullptr, 0);
+    EXPECT_EQ(get_MEMORY_type_from_name(nullptr, "sRAM_a"), other);
+    EXPECT_EQ(get_MEMORY_type_from_name(nullptr, "memory"), first);
+    EXPECT_EQ(get_MEMORY_type_from_name(nullptr, "sram"), nullptr);
+    delete_MEMORY_extended_types();
+    EXPECT_EQ(get_MEMORY_type_from_name(nullptr, "Sram_A"), nullptr);
+}
+
 // By token.
 
 TEST_F(MemoryLookup, ATokenIsFoundInTheDevice) {
