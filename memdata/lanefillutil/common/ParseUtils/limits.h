@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The limits are far above anything that is written by hand or by a tool; they keep a text that runs away (a file
-// that includes itself, macros that double, a file that is no text) from taking the process with it. The alerts
-// carry the place: file, line, and the chain of files and macros that led there.
+// that includes itself, macros that double, a file that is no text) from taking the process with it, and end it within
+// seconds. The alerts carry the place: file, line, and the chain of files and macros that led there.
 #ifndef MEMDATA_PARSE_UTILS_LIMITS_H
 #define MEMDATA_PARSE_UTILS_LIMITS_H
 
@@ -26,7 +26,7 @@ inline constexpr Alert_message_type kERROR_EXPANSIONS_TOO_DEEP{
     0, "Macro '%s' can not be expanded, the limit of %ld nested expansions is reached."};
 
 // Text of macro bodies and rescans pushed while one stream is open. Arguments: the macro, the limit.
-inline constexpr u64 kMAX_PUSHED_BYTES = u64{256} << 20;
+inline constexpr u64 kMAX_PUSHED_BYTES = u64{64} << 20;
 inline constexpr Alert_message_type kERROR_TOO_MUCH_PUSHED_TEXT{
     0, "Macro '%s' can not be expanded, the limit of %ld bytes of macro text is reached."};
 
@@ -47,7 +47,7 @@ inline constexpr Alert_message_type kERROR_TOO_MANY_ITERATIONS{
 
 // Text that loops go back over while one stream is open: keeps loops inside loops from running for ever, each below
 // its own limit. Arguments: the directive, the limit.
-inline constexpr u64 kMAX_REPEATED_BYTES = u64{4} << 30;
+inline constexpr u64 kMAX_REPEATED_BYTES = u64{128} << 20;
 inline constexpr Alert_message_type kERROR_TOO_MUCH_REPEATED_TEXT{
     0, "The loop of '%s' can not go on, the limit of %lld bytes of repeated text is reached."};
 

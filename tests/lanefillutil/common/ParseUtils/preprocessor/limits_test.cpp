@@ -97,7 +97,7 @@ TEST_F(PreprocessLimits, MacrosPushSoMuchTextInOneRun) {
     const std::string text = "#define AB ab\nAB\n";
     EXPECT_EQ(readWith(text, &parse_stream::pushedBytes, kMAX_PUSHED_BYTES - 2), "ab");
     EXPECT_EQ(readWith(text, &parse_stream::pushedBytes, kMAX_PUSHED_BYTES - 1),
-        "status 21\nERROR:Lanefill - Macro 'AB' can not be expanded, the limit of 268435456 bytes of macro text is "
+        "status 21\nERROR:Lanefill - Macro 'AB' can not be expanded, the limit of 67108864 bytes of macro text is "
         "reached.\n   Line #2, File \"text.bmm\".\nAB\n^\n\n");
 }
 
@@ -116,7 +116,7 @@ TEST_F(PreprocessLimits, LoopsGoBackOverSoMuchText) {
     const u64 round = text.find("#endwhile") + 9 - 6; // from behind "#while" to behind "#endwhile"
     EXPECT_EQ(readWith("#set N 1\n" + text, &parse_stream::repeatedBytes, kMAX_REPEATED_BYTES - round), "x");
     EXPECT_EQ(readWith("#set N 1\n" + text, &parse_stream::repeatedBytes, kMAX_REPEATED_BYTES - round + 1),
-        "status 21\nERROR:Lanefill - The loop of '#while' can not go on, the limit of 4294967296 bytes of repeated "
+        "status 21\nERROR:Lanefill - The loop of '#while' can not go on, the limit of 134217728 bytes of repeated "
         "text is reached.\n   Line #2, File \"text.bmm\".\n#while N\n^\n\n");
 }
 
