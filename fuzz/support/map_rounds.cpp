@@ -15,6 +15,17 @@ namespace memdata::fuzz {
 namespace {
 
 constexpr const char* kINSTANCE_MARK = "/\" of \""; // behind the path of a space, ahead of its template's name
+constexpr std::string_view kECC_MARK = " ecc-combined";
+
+// Of a template the text has neither the path, which no instance takes, nor the word for ECC.
+std::string asWritten(std::string line) {
+    if (line.starts_with("mapping ")) return line.substr(0, line.find(" statements "));
+    if (const size_t at = line.find(kINSTANCE_MARK); at != line.npos) return line.substr(0, at) + '"';
+    if (line.find(" space ") == line.npos || line.find(" template") == line.npos) return line;
+    line = line.substr(0, line.find(" path \""));
+    if (const size_t at = line.find(kECC_MARK); at != line.npos) line.erase(at, kECC_MARK.size());
+    return line;
+}
 
 } // namespace
 
@@ -47,12 +58,8 @@ std::string annotatedText(AddressMappingType* mapping) {
 std::string modelText(const AddressMappingType* mapping) {
     std::istringstream all(testing::dumpMapping(mapping));
     std::string text;
-    for (std::string line; std::getline(all, line);) {
-        if (line.starts_with("init ")) continue;
-        if (line.starts_with("mapping ")) line.resize(std::min(line.size(), line.find(" statements ")));
-        if (const size_t at = line.find(kINSTANCE_MARK); at != line.npos) line = line.substr(0, at) + '"';
-        text += line + "\n";
-    }
+    for (std::string line; std::getline(all, line);)
+        if (!line.starts_with("init ")) text += asWritten(line) + "\n";
     return text;
 }
 

@@ -20,8 +20,8 @@ int readMap(std::string_view text, AddressMappingType* mapping);
 std::string annotatedText(AddressMappingType* mapping);
 
 // The model as text, without what a map may lose when it is written: the order of its statements, which shows in their
-// number and in the chain of lanes with an INIT file; and that a space is an instance of a template, with the last "/"
-// of its path.
+// number and in the chain of lanes with an INIT file; that a space is an instance of a template, with the last "/" of
+// its path; path and ECC word of templates.
 std::string modelText(const AddressMappingType* mapping);
 bool hasInstances(const AddressMappingType* mapping);
 

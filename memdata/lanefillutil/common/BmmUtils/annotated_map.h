@@ -1,10 +1,11 @@
 // annotated_map.h - a mapping written back as map text, with its computed facts in comment banners and the locations of
 // its lanes.
 //
-// What is written reads back as the same model. Lanes stand in the order and with the bit numbers that they were
-// written with; addresses are "0X" and 16 hexadecimal digits. BYTE_ADDRESSING is never written, INDEX_ADDRESSING comes
-// back as WORD_ADDRESSING. Spaces stand in the order of their end addresses; those that end alike stand oldest first,
-// so that reading inserts them in the same order again.
+// What is written reads back as the same model, but for the path and the ECC word of templates, which have no place in
+// the text, and for instances of templates, which come back as plain spaces. Lanes stand in the order and with the bit
+// numbers that they were written with; addresses are "0X" and 16 hexadecimal digits. BYTE_ADDRESSING is never written,
+// INDEX_ADDRESSING comes back as WORD_ADDRESSING. Spaces stand in the order of their end addresses; those that end
+// alike stand oldest first, so that reading inserts them in the same order again.
 //
 // indent counts blanks ahead of each line. Status: that of the file, 0 or its first failure; 3 a null file.
 // SPDX-License-Identifier: Apache-2.0
