@@ -13,12 +13,12 @@ void appendWord(BitLaneGridElemType* element, u64 word) {
     BitLaneType* lane = element->lane;
     if (lane->dataChunks == nullptr) return;
     const unsigned dataBits = memdata::laneDataBits(element);
+    if (lane->dataChunks->GetNumberBufferBitsRemaining() > 0) ++lane->laneState; // a word that finds no room is none
     if (element->parityWidth > 0 && lane->parityChunks != nullptr)
         lane->parityChunks->PutNextTransformChunk(element->parityWidth, word >> dataBits);
     lane->dataChunks->PutNextTransformChunk(dataBits, word & getBitMask(dataBits));
     lane->dataChunks->SkipBits(memdata::laneSlotBits(dataBits) - dataBits);
     update_max_transform_buffer_addresses(element);
-    ++lane->laneState;
 }
 
 } // namespace

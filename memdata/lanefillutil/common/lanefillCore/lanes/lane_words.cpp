@@ -42,12 +42,12 @@ void takeParity(BitLaneGridElemType* element, BufferChunkAccess* source, EndianC
 
 void storeWord(BitLaneGridElemType* element, unsigned swapWidth, unsigned bits, u64 word, EndianConvert::UInt128* bus) {
     BitLaneType* lane = element->lane;
+    if (lane->dataChunks->GetNumberBufferBitsRemaining() > 0) ++lane->laneState; // a word that finds no room is none
     lane->dataChunks->PutNextTransformChunk(bits, memdata::swapLaneBytes(swapWidth, word));
     if (const unsigned slotBits = memdata::laneSlotBits(bits); slotBits > bits)
         lane->dataChunks->SkipBits(slotBits - bits);
     update_max_transform_buffer_addresses(element);
     accumulate_bus_width_value(bits, word, bus);
-    ++lane->laneState;
 }
 
 } // namespace

@@ -135,6 +135,19 @@ TEST(Transform, ASegmentFromInsideAWordToTheEndOfTheSpaceIsWhole) {
     EXPECT_EQ(stored(space, 2, {1, 2, 3, 4, 5, 6}), "lane w 0: 02 01 00 00 06 05 04 03\n");
 }
 
+TEST(Transform, AWordThatFindsNoRoomInItsLaneDoesNotCountAsWritten) {
+    TestMap map;
+    // Addresses count the parity bits, which lanes of one bit do not have.
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB18", {"a[0:0] e[7:0] ECCH32-7"});
+    EXPECT_EQ(stored(space, 2100, {0xFF}), "");
+    const BusBlockType* block = space->ranges->busBlocks[0];
+    EXPECT_EQ(block->lanes[0]->lane->laneState, 0u);
+    EXPECT_EQ(block->eccLanes[0]->lane->laneState, 0u);
+    EXPECT_EQ(store(space, 2047, {0xFF}), 0);
+    EXPECT_EQ(block->lanes[0]->lane->laneState, 8u);
+    EXPECT_EQ(block->eccLanes[0]->lane->laneState, 1u);
+}
+
 TEST(Transform, ParityBitsStandRightAlignedInAHexDigitAheadOfTheDataBits) {
     TestMap map;
     AddressSpaceDefType* space = map.space("ram", 0, "RAMB18", {"p[8:0]"}, {.wordAddressing = true});
