@@ -15,18 +15,25 @@ constexpr unsigned kTRANSLATION_FLAGS = 1;
 constexpr unsigned kSOURCE_UNIT_BITS = 8;
 constexpr unsigned kNO_SWAP = 0;
 
+// Addresses inside of a memory: bytes, with the parity bits where its lanes count them, or words.
+u64 addressCount(const BitLaneGridElemType* element, bool wordAddressing) {
+    const MEMORYType* type = element->lane->memory->type;
+    const u64 bits = type->dataBits + (type->hasParityWidths ? type->parityBits : 0);
+    const u64 unitBits = wordAddressing ? element->laneWidth : 8;
+    return unitBits == 0 ? 0 : bits / unitBits;
+}
+
 int storeSection(
     const char* fileName, BitLaneGridElemType* element, const DataFileSectionTypeX<unsigned long>& section) {
     BitLaneType* lane = element->lane;
     const AddressSpaceDefType* space = lane->addressSpace;
     const bool wordAddressing = space->ranges != nullptr && space->ranges->wordAddressing;
-    const u64 deviceBytes = lane->memory->type->dataBits / 8;
-    if (deviceBytes == 0) return 0;
+    const u64 addresses = addressCount(element, wordAddressing);
+    if (section.address >= addresses) return 0;
     u64 word = 0;
-    u64 count = 0;
+    u64 unusedCount = 0; // cut to whole words
     calculate_starting_bitLane_offset_positions(
-        wordAddressing, 0, deviceBytes - 1, 1, element->laneWidth, section.address, &word, &count);
-    if (count == 0) return 0; // the section lies outside of the memory
+        wordAddressing, 0, addresses - 1, 1, element->laneWidth, section.address, &word, &unusedCount);
     if (int status = initialize_bitLane_transform_positions(fileName, element, word, section.address); status != 0)
         return status;
     const BufferChunkAccess* cursor = lane->dataChunks;
@@ -35,9 +42,11 @@ int storeSection(
     BufferChunkAccess source =
         BufferChunkAccess::OverWholeBuffer(section.data, section.bitCount, kDATA_ORDER, 0, kSOURCE_UNIT_BITS);
     EndianConvert::UInt128 ignored{0, 0};
+    const unsigned headBits =
+        wordAddressing || element->parityWidth != 0 ? 0 : memdata::bitsIntoWord(element->laneWidth, section.address);
+    if (headBits != 0) memdata::transformRestOfLaneValue(element, headBits, kNO_SWAP, &source, &ignored);
     // On purpose up to the memory's end, also behind the source: the words there keep what they hold.
-    for (; count > 0 && cursor->GetNumberBufferBitsRemaining() > 0; --count)
-        transform_bitLane_value(element, kNO_SWAP, &source, &ignored);
+    while (cursor->GetNumberBufferBitsRemaining() > 0) transform_bitLane_value(element, kNO_SWAP, &source, &ignored);
     return 0;
 }
 

@@ -67,6 +67,50 @@ TEST(AutoData, AnAddressOutsideOfTheMemoryStoresNothing) {
     EXPECT_EQ(map.lane("a")->lane->transformRanges, nullptr);
 }
 
+TEST(AutoData, AMemoryWithParityIsFilledToItsLastWord) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB18", {"a[8:0]"});
+    // Three digits a word: pad and parity, then the byte.
+    std::vector<u8> bytes(2048 / 2 * 3);
+    bytes[bytes.size() - 2] = 0x01;
+    bytes[bytes.size() - 1] = 0xAB;
+    EXPECT_EQ(fill(space, map.lane("a"), {"a.mem", {{0, bytes}}}), 0);
+    EXPECT_EQ(dumpData(space), "lane a 2047: AB\n"
+                               "parity a 255: 80\n");
+}
+
+TEST(AutoData, WordAddressesOfNarrowLanesReachTheMemorysEnd) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB4", {"a[0:0]"}, {.wordAddressing = true});
+    EXPECT_EQ(fill(space, map.lane("a"), {"a.mem", {{4095, {0x80}}}}), 0);
+    EXPECT_EQ(dumpData(space), "lane a 511: 80\n");
+}
+
+TEST(AutoData, AnAddressInsideALaneWordKeepsTheBytesAheadOfItToTheMemorysEnd) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB4", {"a[15:0]"});
+    EXPECT_EQ(fill(space, map.lane("a"), {"a.mem", {{506, {1, 2, 3, 4, 5, 6}}, {507, {0xAA, 0xBB}}}}), 0);
+    EXPECT_EQ(dumpData(space), "lane a 506: AA 01 04 BB 06 05\n");
+    const TransformRangeType* range = map.lane("a")->lane->transformRanges->next;
+    ASSERT_NE(range, nullptr);
+    EXPECT_EQ(range->dataFirst - map.lane("a")->lane->dataSliver, 506);
+    EXPECT_EQ(range->dataSize, 6u);
+}
+
+TEST(AutoData, TheLastByteOfAMemoryIsFilledFromAnAddressInsideItsWord) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB4", {"a[15:0]"});
+    EXPECT_EQ(fill(space, map.lane("a"), {"a.mem", {{511, {0xCC}}}}), 0);
+    EXPECT_EQ(dumpData(space), "lane a 510: CC\n");
+}
+
+TEST(AutoData, AnAddressInsideAWordWithParityFillsToTheLastWord) {
+    TestMap map;
+    AddressSpaceDefType* space = map.space("ram", 0, "RAMB18", {"a[8:0]"});
+    EXPECT_EQ(fill(space, map.lane("a"), {"a.mem", {{2300, {0x0A, 0xA0, 0xBB, 0x0C, 0xC0, 0xDD}}}}), 0);
+    EXPECT_EQ(dumpData(space), "lane a 2044: AA BB CC DD\n");
+}
+
 TEST(AutoData, AMapWithoutInitFilesHasNothingToFill) {
     TestMap map;
     map.space("ram", 0, "RAMB4", {"a[7:0]"});

@@ -27,8 +27,7 @@ unsigned bitsAhead(const AddressRangeDefType* range, const BusBlockType* block, 
     const u64 width = range->laneWidth;
     if (element->parityWidth != 0 || element->laneWidth != width || width > 64 || element->lane->dataChunks == nullptr)
         return 0;
-    const auto bitsInto = [width](u64 bytes) { return bytes % width * 8 % width; };
-    return bitsInto(block->startAddress) != 0 ? 0 : static_cast<unsigned>(bitsInto(address));
+    return memdata::bitsIntoWord(width, block->startAddress) != 0 ? 0 : memdata::bitsIntoWord(width, address);
 }
 
 // One bus word from its start place on. Lanes that the source does not reach any more keep their words, which

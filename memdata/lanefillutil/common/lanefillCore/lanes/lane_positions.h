@@ -55,6 +55,11 @@ constexpr unsigned laneSlotBits(unsigned dataBits) {
     return dataBits == 3 ? 4 : dataBits;
 }
 
+// Bits of a word of width bits that lie ahead of a byte address. 0 for a width of 0.
+constexpr unsigned bitsIntoWord(u64 width, u64 byteAddress) {
+    return width == 0 ? 0 : static_cast<unsigned>(byteAddress % width * 8 % width);
+}
+
 // Data bits of one word of the lane, without its parity bits.
 inline unsigned laneDataBits(const BitLaneGridElemType* element) {
     return static_cast<unsigned>(element->laneWidth - element->parityWidth);
