@@ -7,14 +7,28 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <utility>
 
 namespace memdata {
 
 // One write a message, so that lines of several processes do not mix.
 void StandaloneHost::message(const HostMessage& message) {
     const std::string line = messageLine(message) + "\n";
+    beforeOutput();
     std::fwrite(line.data(), 1, line.size(), stderr);
     std::fflush(stderr);
+}
+
+void StandaloneHost::progress(std::string_view stage, int percent) {
+    if (display_ != nullptr) display_->show(stage, percent);
+}
+
+void StandaloneHost::beforeOutput() {
+    if (display_ != nullptr) display_->clear();
+}
+
+ProgressDisplay* StandaloneHost::setProgressDisplay(ProgressDisplay* display) {
+    return std::exchange(display_, display);
 }
 
 std::string StandaloneHost::fullProduct() const {

@@ -34,6 +34,12 @@ public:
     virtual void message(const HostMessage& message) = 0;
     virtual HPAParamMgr& parameters() = 0;
 
+    // How far a stage of the run is, for hosts that show it: "Reading 'app.mem'...", 0 to 100. Called at the start of a
+    // stage and then once a percent at most.
+    virtual void progress(std::string_view /*stage*/, int /*percent*/) {}
+    // Text is about to go to standard output: what a host shows for the moment only has to leave the terminal first.
+    virtual void beforeOutput() {}
+
     // What stands in the heads of written files.
     virtual std::string fullProduct() const = 0;
     virtual std::string fullBuild() const = 0;

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <unistd.h>
 
 namespace {
 
@@ -112,6 +113,10 @@ void memdata::abandonFile(fileIODescriptor** file) {
         deleteDescriptor(open); // while file, which may be StandardLog itself, still tells what it is
     }
     *file = nullptr;
+}
+
+bool memdata::isTerminal(const fileIODescriptor* file) {
+    return file != nullptr && file->stream != nullptr && isatty(fileno(file->stream)) != 0;
 }
 
 bool FileIsOpen(const fileIODescriptor* file) {

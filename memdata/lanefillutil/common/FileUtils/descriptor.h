@@ -135,6 +135,8 @@ inline constexpr int kNOT_WRITABLE = -1; // result of writing to a file that is 
 
 // The typed core of PutNextLine.
 int putFormatted(fileIODescriptor* file, const char* format, std::span<const FormatArgument> arguments);
+// Whether what is written here goes straight to a person's eyes. False for null.
+bool isTerminal(const fileIODescriptor* file);
 // Reads count bytes as they stand. Status 0, or as inputByte when they end before; those ahead of the end are read then.
 int inputBlock(fileIODescriptor* file, char* bytes, u64 count);
 // The next bytes where they stand in the buffer, and moves on behind them: as many whole units of unitBytes as are held

@@ -5,6 +5,7 @@
 
 #include "FileUtils/state.h"
 #include "StringUtils/StringUtils.h"
+#include "platform/host.h"
 
 #include <cerrno>
 #include <charconv>
@@ -95,6 +96,7 @@ int duplicateOpenFile(const std::string& path) {
 }
 
 int openDirectly(const std::string& path) {
+    host().beforeOutput(); // it may be the terminal
     const int descriptor = duplicateOpenFile(path);
     return descriptor >= 0 ? descriptor : open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
 }

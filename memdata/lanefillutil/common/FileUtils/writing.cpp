@@ -5,6 +5,7 @@
 #include "FileUtils/state.h"
 #include "StringUtils/StringUtils.h"
 #include "SystemUtils/alerts.h"
+#include "platform/host.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -29,6 +30,7 @@ bool writeSystemFile(fileIODescriptor* file, const char* bytes, u64 count) {
 }
 
 int writeStandardOut(const char* bytes, u64 count) {
+    host().beforeOutput();
     StandardOut.status = std::fwrite(bytes, 1, count, StandardOut.stream) == count ? 0 : 1;
     return StandardOut.status;
 }
