@@ -258,10 +258,15 @@ TEST_F(ToolRuns, SegmentsThatAreLeftOutAreCounted) {
     EXPECT_EQ(run({"-w", "-bm", "soc.bmm", "-bd", "part.mem", "-bx", "all", "-i"}).err, "");
 }
 
-TEST_F(ToolRuns, ProgressOnRequestAddsNothingToARunWithoutABitFile) {
+TEST_F(ToolRuns, ProgressIsPrintedInLinesOnRequest) {
     const ToolResult result = run({"-pg", "-bm", "soc.bmm", "-bd", "data.mem", "-bx"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.all(), "");
+    EXPECT_EQ(result.all(), "Reading 'data.mem'... 100%\n"
+                            "Translating 'data.mem'... 100%\n"
+                            "Writing MEM files to '.'... 25%\n"
+                            "Writing MEM files to '.'... 50%\n"
+                            "Writing MEM files to '.'... 75%\n"
+                            "Writing MEM files to '.'... 100%\n");
     EXPECT_THAT(read("cpu.ram_0.mem"), EndsWith("\n    13 93\n"));
 }
 

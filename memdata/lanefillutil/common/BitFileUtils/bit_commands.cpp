@@ -12,10 +12,12 @@
 #include "ListingUtils/ListingUtils.h"
 #include "SystemUtils/alerts.h"
 #include "SystemUtils/lifetime.h"
+#include "lanefillCore/records/progress_stages.h"
 #include "platform/run_inputs.h"
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace {
 
@@ -97,6 +99,11 @@ int replaceStream(fileIODescriptor* input, fileIODescriptor* output, TarselDevic
     return status;
 }
 
+// For hosts that show how far a run is. Its own callback stays as silent as it is.
+std::string stageText(const char* verb, const fileIODescriptor* file) {
+    return formatted("%s '%s'...", verb, GetFileName(file));
+}
+
 // What follows the stream in the file.
 int copyRest(fileIODescriptor* input, fileIODescriptor* output) {
     std::array<char, kCOPY_BLOCK_BYTES> block;
@@ -141,9 +148,12 @@ int DoBITDump(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flags, Addr
         if (status == 0) status = DumpBITHeader(dump, GetFileName(input.file.get()), owner.get());
     }
     SetupUpdateProgress(0, nullptr);
+    std::optional<ProgressStage> stage;
+    if (!isTerminal(dump)) stage.emplace(stageText("Dumping", input.file.get()), GetFileLogicalSize(input.file.get()));
     if (status == 0)
         status = OutputBITData(input.file.get(), nullptr, dump, input.device, flags, &input.dataLength, addressMapping);
     if (status != 0) return status;
+    if (stage) stage->finish();
     return outputSpec != nullptr ? finish(output) : Flush_File(&StandardOut);
 }
 
@@ -162,11 +172,14 @@ int DoBITReplacement(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flag
         status != 0)
         return status;
     SetupUpdateProgress(static_cast<u32>(2 * GetFileLogicalSize(input.file.get())), progress);
+    ProgressStage stage(stageText("Writing", output.get()), 2 * GetFileLogicalSize(input.file.get()));
     int status = WriteBITHeader(output.get(), owner.get());
     if (status == 0)
         status = replaceStream(input.file.get(), output.get(), input.device, flags, input.dataLength, addressMapping);
     if (status == 0) status = copyRest(input.file.get(), output.get());
-    return status != 0 ? status : finish(output);
+    if (status != 0) return status;
+    stage.finish();
+    return finish(output);
 }
 
 int DoInplaceBITReplacement(TarselDeviceType* device, u8* image, u64 imageSize, AddressMappingType* addressMapping,
@@ -200,5 +213,9 @@ int memdata::checkBitFile(fileSpecType* inputSpec, AddressMappingType* addressMa
     if (int status = Open_File("/dev/null", kWRITE_ACCESS | kBINARY_FILE, output.out()); status != 0) return status;
     SetupUpdateProgress(0, nullptr);
     unmarkLanes(addressMapping);
-    return checkStream(input.file.get(), output.get(), input.device, &input.dataLength, addressMapping, check);
+    ProgressStage stage(stageText("Checking", input.file.get()), 2 * GetFileLogicalSize(input.file.get()));
+    const int status =
+        checkStream(input.file.get(), output.get(), input.device, &input.dataLength, addressMapping, check);
+    if (status == 0) stage.finish();
+    return status;
 }

@@ -5,6 +5,7 @@
 #include "BitFileUtils/progress.h"
 #include "StringUtils/StringUtils.h"
 #include "SystemUtils/alerts.h"
+#include "lanefillCore/records/progress_stages.h"
 
 #include <algorithm>
 #include <cstring>
@@ -16,7 +17,9 @@ using namespace memdata;
 constexpr u32 kLONGEST_PASCAL_TEXT = 0xFFFF - 1; // the stored length counts a terminator
 constexpr u32 kFIRST_CSTRING_ROOM = 64;
 
+// The run's own callback rules when it ends; a host only watches.
 int moved(u64 byteCount) {
+    advanceProgress(byteCount);
     return static_cast<int>(UpdateProgress(static_cast<u32>(byteCount)));
 }
 

@@ -6,6 +6,7 @@
 #include "DeviceTableUtils/device_lookup.h"
 #include "DeviceTableUtils/memory_lookup.h"
 #include "ParseUtils/scanner.h"
+#include "lanefillCore/records/progress_stages.h"
 
 #include <vector>
 
@@ -70,6 +71,11 @@ int read_block(parse_stream* stream, token_element* token, const char* root, Add
     return 0;
 }
 
+// How far the text of the map itself has been read, whatever it includes.
+u64 rootOffset(const parse_stream* stream) {
+    return static_cast<u64>(stream->root->position - stream->root->textBegin);
+}
+
 int hand_over_blocks(std::vector<OwnedBlock>* blocks, AddressRangeDefType* range) {
     range->busBlocks = newBusBlockArray(blocks->size());
     if (range->busBlocks == nullptr) return OUT_OF_MEMORY("addressRange", blocks->size() * sizeof(BusBlockArrayType));
@@ -121,6 +127,7 @@ int parse_busBlocks(parse_stream* stream, token_element* token, const char* root
         if (status != 0) return status;
         nextAddress = block->lanes[0]->addressHigh + 1;
         blocks.push_back(std::move(block));
+        if (int ended = reachProgress(rootOffset(stream)); ended != 0) return ended;
     } while (token->type == &kBUS_BLOCK_KEYWORD);
     return hand_over_blocks(&blocks, range);
 }

@@ -3,6 +3,7 @@
 #include "BmmUtils/parser.h"
 #include "ParseUtils/streams.h"
 #include "SystemUtils/alerts.h"
+#include "lanefillCore/records/progress_stages.h"
 #include "platform/whole_file.h"
 
 #include <cstring>
@@ -75,7 +76,9 @@ int open_and_parse_bmm_file(fileSpecType* spec, AddressMappingType* mapping, con
     if (spec == nullptr || !has_text(spec->fullName)) return PrintError(kERROR_EMPTY_FILE_NAME, kCANNOT_OPEN, "bmm");
     std::string text;
     if (int status = read_map_text(spec, &text); status != 0) return status;
-    const int status = parse_text(spec->fullName, text.data(), text.size(), true, mapping, root, rescanText, parent);
+    ProgressStage stage(formatted("Reading '%s'...", spec->fullName), text.size());
+    int status = parse_text(spec->fullName, text.data(), text.size(), true, mapping, root, rescanText, parent);
+    if (status == 0) status = stage.finish();
     if (status != kEMPTY_INPUT) return status;
     return PrintWarning(kERROR_EMPTY_INPUT_FILE, kEMPTY_INPUT, spec->fullName, "BMM");
 }

@@ -5,9 +5,11 @@
 #include "SystemUtils/alerts.h"
 #include "SystemUtils/lifetime.h"
 #include "SystemUtils/memory.h"
+#include "lanefillCore/records/progress_stages.h"
 
 #include <algorithm>
 #include <new>
+#include <optional>
 #include <sstream>
 
 namespace {
@@ -41,7 +43,9 @@ int writeValues(fileIODescriptor* target, const DataFileSectionTypeX<unsigned lo
         text.clear();
         for (u64 at = begin; at < end; at += kVALUES_PER_LINE)
             appendLine(&text, section.data + at, std::min<u64>(kVALUES_PER_LINE, end - at));
-        if (int status = outputLine(target, text.c_str()); status != 0) return status;
+        int status = outputLine(target, text.c_str());
+        if (status == 0) status = advanceProgress(end - begin);
+        if (status != 0) return status;
     }
     return 0;
 }
@@ -86,13 +90,16 @@ int LNF_ELFDataFile::DumpELF(fileIODescriptor* target, u32 mask) {
 int LNF_ELFDataFile::DumpELFAsMEM(fileIODescriptor* target, u32) {
     if (elf == nullptr) return 3;
     try {
+        std::optional<ProgressStage> stage; // a terminal shows the text itself
+        if (!isTerminal(target))
+            stage.emplace(formatted("Dumping '%s'...", GetDataFileName()), GetFileLogicalSize(file));
         int status = writeHead(target, GetDataFileName());
         for (u64 i = 0; status == 0 && i < GetProgramSectionCount(); ++i) {
             DataFileSectionTypeX<unsigned long> section{};
             status = GetProgramSectionData(i, &section);
             if (status == 0 && section.size > 0) status = writeSection(target, i, section);
         }
-        return status;
+        return status == 0 && stage ? stage->finish() : status;
     } catch (const std::bad_alloc&) {
         return outOfMemory(0);
     }

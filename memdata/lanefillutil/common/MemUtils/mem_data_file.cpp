@@ -5,6 +5,7 @@
 #include "MemUtils/keywords.h"
 #include "MemUtils/parser.h"
 #include "SystemUtils/alerts.h"
+#include "lanefillCore/records/progress_stages.h"
 
 namespace {
 
@@ -53,7 +54,10 @@ int LNF_MEMDataFile::openText_(const char* macroDefines) {
 }
 
 int LNF_MEMDataFile::readText_() {
-    if (int status = ParseTextDataFile(stream_, block_); status != 0) return status;
+    memdata::ProgressStage stage(memdata::formatted("Reading '%s'...", GetDataFileName()), get_stream_size(stream_));
+    int status = ParseTextDataFile(stream_, block_);
+    if (status == 0) status = stage.finish();
+    if (status != 0) return status;
     // The text is not needed any more. What was left open at its end has swallowed data: closing reports it.
     return closeStatus(close_parse_stream(&stream_));
 }

@@ -5,6 +5,7 @@
 #include "MemUtils/text_values.h"
 #include "ParseUtils/characters.h"
 #include "ParseUtils/plain_text.h"
+#include "lanefillCore/records/progress_stages.h"
 
 #include <algorithm>
 #include <array>
@@ -16,8 +17,9 @@ using namespace memdata;
 
 constexpr u64 kLONGEST_PLAIN_VALUE = u64{1} << 16; // digits; below what a token may have
 constexpr u8 kSEPARATOR = kBLANK_CHARACTER | kLINE_END_CHARACTER;
-constexpr u32 kGROUP_DIGITS = 8;    // that are packed at once
-constexpr u64 kADDRESS_DIGITS = 16; // of an address that 64 bits hold
+constexpr u32 kGROUP_DIGITS = 8;          // that are packed at once
+constexpr u64 kADDRESS_DIGITS = 16;       // of an address that 64 bits hold
+constexpr u64 kSTEP_BYTES = u64{1} << 20; // of text between two reports of progress
 
 constexpr std::array<u8, 256> kDIGITS = [] {
     std::array<u8, 256> digits{};
@@ -118,6 +120,12 @@ void passValues(PlainText* text, DataStructureBlockType* block, LastInList* last
     text->place = place;
 }
 
+// A step ends inside of no line end, whose characters count as one line together.
+const char* endOfStep(const char* at, const char* end) {
+    while (at != end && isOf(*at, kLINE_END_CHARACTER)) ++at;
+    return at;
+}
+
 // A section mark with its address right behind it opens a section. False when something else stands there.
 bool passAddress(PlainText* text, DataStructureBlockType* block, int* status) {
     const char* const mark = text->place.at;
@@ -136,6 +144,8 @@ int memdata::passPlainValues(parse_stream* stream, DataStructureBlockType* block
     PlainText text{};
     const u32 radix = get_stream_number_base(stream);
     if (digitBits(radix) == 0 || !plainTextAhead(stream, &text)) return 0;
+    const char* const begin = text.place.at;
+    if (static_cast<u64>(text.end - begin) > kSTEP_BYTES) text.end = endOfStep(begin + kSTEP_BYTES, text.end);
     int status = 0;
     do {
         if (block->lastSection == nullptr)
@@ -146,5 +156,6 @@ int memdata::passPlainValues(parse_stream* stream, DataStructureBlockType* block
             passValues<2>(&text, block, last);
     } while (*last == LastInList::kNO_LIST && passAddress(&text, block, &status));
     continueAt(stream, text.place);
-    return status;
+    const int ended = advanceProgress(static_cast<u64>(text.place.at - begin));
+    return status != 0 ? status : ended;
 }

@@ -16,8 +16,8 @@ namespace memdata {
 enum class LastInList { kNO_LIST, kSTART, kVALUE, kCOMMA };
 
 // Packs the plain values at the place of the stream into the last section, as many as follow; outside of lists it also
-// opens the sections that addresses among them ask for. Passes nothing where there is no section to pack into yet, or
-// the text has to be read by the scanner. Status 0; 7.
+// opens the sections that addresses among them ask for, up to some megabytes at a time. Passes nothing where there is no
+// section to pack into yet, or the text has to be read by the scanner. Status 0; 7; 15 the run is to end.
 int passPlainValues(parse_stream* stream, DataStructureBlockType* block, LastInList* last);
 
 } // namespace memdata

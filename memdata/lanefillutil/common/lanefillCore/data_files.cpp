@@ -7,6 +7,7 @@
 #include "BmmUtils/model/text.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/data_file_readers.h"
+#include "lanefillCore/records/progress_stages.h"
 #include "lanefillCore/segments.h"
 #include "platform/ComMsgMgr.h"
 
@@ -46,6 +47,16 @@ unsigned long firstMapProcessors(const AddressMappingType* mapping) {
     return mapping == nullptr || mapping->addressMaps == nullptr ? 0 : mapping->addressMaps->processorType;
 }
 
+int bytesOfSections(LNF_DataFile* file, u64* byteCount) {
+    *byteCount = 0;
+    for (unsigned long i = 0; i < file->GetProgramSectionCount(); ++i) {
+        DataFileSectionTypeX<unsigned long> section{};
+        if (int status = file->GetProgramSectionData(i, &section); status != 0) return status;
+        *byteCount += section.size;
+    }
+    return 0;
+}
+
 // The two failures that carry no alert of their own get one here: a run does not end without a word. Other failures
 // with the same status have been reported where they arose.
 
@@ -71,7 +82,8 @@ int explainOtherProcessor(const LNF_DataFile* file, const AddressMappingType* ma
 } // namespace
 
 int transform_data_files(CmdStringOptionsType* options, AddressMappingType* mapping, bool& is64Bit,
-    const char* macroDefines, ProgressSinkType) {
+    const char* macroDefines, ProgressSinkType progress) {
+    const memdata::ScopedProgressSink sink(progress);
     memdata::DataFileWalk walk;
     for (BDSwitchDataType* request = options->bdList; request != nullptr; request = request->next) {
         LNF_DataFile* opened = nullptr;
@@ -138,18 +150,23 @@ int prepare_data_file(LNF_DataFile* file, BDSwitchDataType*, AddressMappingType*
 int transform_data_file_segments(LNF_DataFile* file, BDSwitchDataType* request, AddressMappingType* mapping,
     StartAddressTypeX<unsigned long>* nextStart, bool ignoreUnmapped) {
     if (int status = file->IsMatchingProcessorType(firstMapProcessors(mapping)); status != 0) return status;
+    u64 byteCount = 0;
+    if (int status = bytesOfSections(file, &byteCount); status != 0) return status;
 
+    memdata::ProgressStage stage(memdata::formatted("Translating '%s'...", file->GetDataFileName()), byteCount);
     DataFileSectionTypeX<unsigned long> previous{};
     unsigned long index = 0;
     do {
         DataFileSectionTypeX<unsigned long> section{};
         int status = file->GetProgramSectionData(index, &section);
+        memdata::ProgressPart part(section.size); // however many spaces take it
         if (status == 0)
             status =
                 transform_segment(file->GetDataFileName(), mapping, &request->boot, file->GetDataFileStatupAddress(),
                     &request->start, nextStart, ignoreUnmapped, static_cast<long>(index), &section, &previous);
+        if (status == 0) status = part.finish();
         if (status != 0) return status;
         previous = section;
     } while (++index < file->GetProgramSectionCount());
-    return 0;
+    return stage.finish();
 }

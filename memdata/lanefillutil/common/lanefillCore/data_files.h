@@ -9,6 +9,7 @@
 
 // Translates every data file of the record into the mapping, in order, until one fails. is64Bit: whether the
 // last one has 64-bit addresses. A file without a start address that follows one with it continues behind it.
+// progress (may be null) is told how far the reading and the translation of each file are, and may end the run: 15.
 int transform_data_files(CmdStringOptionsType* options, AddressMappingType* mapping, bool& is64Bit,
     const char* macroDefines, ProgressSinkType progress);
 

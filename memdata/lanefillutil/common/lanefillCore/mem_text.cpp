@@ -5,6 +5,7 @@
 #include "FileUtils/descriptor.h"
 #include "SystemUtils/bits.h"
 #include "SystemUtils/memory.h"
+#include "lanefillCore/records/progress_stages.h"
 
 #include <algorithm>
 #include <array>
@@ -213,8 +214,10 @@ int outputMemLines(fileIODescriptor* file, std::span<const MemColumn> columns, u
     if (block == nullptr) return 7;
 
     const PutWords put = wayOf(columns, wordCount);
+    const u64 stepBits = columns.empty() ? 0 : columns.back().stepBits;
     for (u64 word = 0; word < wordCount;) {
         char* out = block.get();
+        const u64 first = word;
         for (u64 line = 0; line < linesPerBlock && word < wordCount; ++line) {
             const u64 words = std::min(wordsPerLine, wordCount - word);
             out = std::copy_n(kLINE_HEAD, kLINE_HEAD_BYTES, out);
@@ -222,7 +225,8 @@ int outputMemLines(fileIODescriptor* file, std::span<const MemColumn> columns, u
             *out++ = '\n';
             word += words;
         }
-        const int status = outputBlock(file, block.get(), static_cast<u64>(out - block.get()));
+        int status = outputBlock(file, block.get(), static_cast<u64>(out - block.get()));
+        if (status == 0) status = advanceProgress((word - first) * stepBits);
         if (status != 0) return status;
     }
     return 0;

@@ -8,6 +8,7 @@
 #include "FileUtils/opening.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/lane_records.h"
+#include "lanefillCore/records/progress_stages.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -21,6 +22,7 @@ constexpr const char* kTITLE = "Mem file initialization records";
 constexpr const char* kCOMBINED_TITLE = "Mem file initialization records - for combined data and ECC";
 constexpr const char* kSINGLE_FILE_VARIABLE = "OMBREL_LNV_SINGLEMEMFILE";
 constexpr u32 kMEM_FILE = kOUTPUT_FILE | kREFUSE_OVERWRITE;
+constexpr u64 kFILE_WORK = 64 * 1024; // bits that take as long as a file to open and finish
 constexpr int kNO_SPACE_STATUS = 4;
 constexpr int kNO_PARTNER_STATUS = 22;
 
@@ -36,6 +38,16 @@ struct LaneFile {
 
     BitLaneGridElemType* element() const { return lanes[index]; }
 };
+
+// What a file counts in the progress of its folder, about as long as its bits take: those that were written to its
+// lanes, and the file itself.
+u64 workOf(const BitLaneGridElemType* element) {
+    u64 bits = 0;
+    if (element == nullptr) return bits;
+    for (const TransformRangeType* range = element->lane->transformRanges; range != nullptr; range = range->next)
+        bits += range->endBit - range->firstBit;
+    return bits;
+}
 
 // A lane that the map names no file for takes the default name as its INPUT file.
 int nameLane(const MemFilePlace& place, BitLaneType* lane, u64 index, bool isEcc) {
@@ -60,6 +72,7 @@ int outputLaneFile(const MemFilePlace& place, const LaneFile& what) {
     const BitLaneType* lane = what.element()->lane;
     OwnedSpec spec(CreateFileSpec(nameInFolder(place.folder, namedMemFile(lane)).c_str()));
     if (spec == nullptr) return 7;
+    ProgressPart part(kFILE_WORK + workOf(what.element()) + workOf(what.partner));
     OpenFile file;
     if (int status = OpenDiskFile(spec.get(), "", "mem", "", kMEM_FILE, file.out()); status != 0) return status;
     const std::string name = GetFileName(file.get());
@@ -69,8 +82,9 @@ int outputLaneFile(const MemFilePlace& place, const LaneFile& what) {
     fileIODescriptor* finished = file.release();
     const int status = Close_File(&finished);
     file.reset(finished); // a file that could not be finished is still there, and goes
-    if (status == 0) place.files->add(name.c_str(), lane);
-    return status;
+    if (status != 0) return status;
+    place.files->add(name.c_str(), lane);
+    return part.finish();
 }
 
 int refuseSingleFile(const MemFilePlace& place) {
@@ -100,6 +114,29 @@ int outputBlockFiles(const MemFilePlace& place, u64 firstIndex, u64 firstEccInde
     return output_bitLane_mem_file(place, block->eccLanes, block->eccLaneCount, firstEccIndex, true);
 }
 
+u64 workOf(BitLaneArrayType* lanes, u64 count) {
+    u64 work = 0;
+    for (u64 i = 0; i < count; ++i) work += workOf(lanes[i]);
+    return work;
+}
+
+// The files of a block, as outputBlockFiles writes them.
+u64 workOf(const AddressSpaceDefType* space, const BusBlockType* block) {
+    const u64 files =
+        isCombined(space) ? std::max(block->laneCount, block->eccLaneCount) : block->laneCount + block->eccLaneCount;
+    return files * kFILE_WORK + workOf(block->lanes, block->laneCount) + workOf(block->eccLanes, block->eccLaneCount);
+}
+
+u64 workOf(const AddressMappingType* mapping, bool updateAll) {
+    u64 work = 0;
+    for (const AddressMapType* map = mapping->addressMaps; map != nullptr; map = map->next)
+        for (const AddressSpaceLinkType* link = map->addressSpaces; link != nullptr; link = link->next)
+            for (const AddressRangeDefType* range = link->space->ranges; range != nullptr; range = range->next)
+                for (u64 i = 0; (updateAll || hasData(range)) && i < range->busBlockCount; ++i)
+                    if (range->busBlocks[i] != nullptr) work += workOf(link->space, range->busBlocks[i]);
+    return work;
+}
+
 // Indexes of default names run on over all blocks of a space.
 int outputSpaceFiles(MemFilePlace place, bool updateAll) {
     u64 index = 0;
@@ -119,12 +156,13 @@ int outputSpaceFiles(MemFilePlace place, bool updateAll) {
 }
 
 int outputMappingFiles(MemFilePlace place, bool updateAll) {
+    ProgressStage stage(formatted("Writing MEM files to '%s'...", place.folder), workOf(place.mapping, updateAll));
     for (const AddressMapType* map = place.mapping->addressMaps; map != nullptr; map = map->next)
         for (const AddressSpaceLinkType* link = map->addressSpaces; link != nullptr; link = link->next) {
             place.space = link->space;
             if (int status = outputSpaceFiles(place, updateAll); status != 0) return status;
         }
-    return 0;
+    return stage.finish();
 }
 
 std::string folderOf(const BDSwitchDataType* node) {

@@ -6,6 +6,7 @@
 #include "BmmUtils/validation.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/mem_writer.h"
+#include "lanefillCore/records/progress_stages.h"
 #include "platform/ComMsgMgr.h"
 
 namespace {
@@ -37,5 +38,6 @@ int create_output_files(
     tellFormerOutputs(options);
     if (options->outputMemFile != nullptr) return PrintError(kERROR_USE_BX_OPTION_FOR_MEM_OUTPUT, kOLD_FORM_STATUS);
 
+    const memdata::ScopedProgressSink sink(progress);
     return output_bitLane_mem_files(options->bxList, options->updateAll, is64Bit, mapping);
 }

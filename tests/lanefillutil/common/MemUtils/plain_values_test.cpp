@@ -133,6 +133,21 @@ TEST_F(PlainValues, RunsGiveWhatTheScannerGives) {
     EXPECT_GT(good, count / 4);
 }
 
+// Long texts are taken in steps. Wherever a step would end, in a value or in a line end, values and lines count on.
+TEST_F(PlainValues, StepsOfALongTextAreNotSeen) {
+    constexpr u64 kLINES = 160000;
+    std::string lines;
+    for (u64 i = 0; i < kLINES; ++i) lines += "11 22\r\n";
+    for (size_t shift = 0; shift < 7; ++shift) {
+        const std::string head = std::string(shift, ' ') + "@0\r\n";
+        const Outcome bad = outcomeOf(head + lines + "zz\r\n", 16, ValueReading::kPLAIN_RUNS);
+        EXPECT_NE(bad.said.find(formatted("Line #%lld,", kLINES + 2)), bad.said.npos) << bad.said;
+        const Outcome good = outcomeOf(head + lines, 16, ValueReading::kPLAIN_RUNS);
+        EXPECT_EQ(good.status, 0);
+        EXPECT_EQ(good.highest, 2 * kLINES - 1);
+    }
+}
+
 TEST_F(PlainValues, ATextCutAtEveryByteGivesTheSame) {
     const std::string text = "// head\n@10 12 3456\r\n789 /* note */ AB\n#define V 55\nV @20 RADIX 2 1010 1\nRADIX 16\n"
                              "memory_initialization_radix=16; memory_initialization_vector=\n01, 02\n03;\n@30 0x1";

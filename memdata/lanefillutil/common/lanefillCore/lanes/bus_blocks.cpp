@@ -6,6 +6,7 @@
 #include "lanefillCore/lanes/fast_lanes.h"
 #include "lanefillCore/lanes/lane_positions.h"
 #include "lanefillCore/lanes/lane_words.h"
+#include "lanefillCore/records/progress_stages.h"
 
 namespace {
 
@@ -73,6 +74,7 @@ int transformBusBlock(const char* fileName, const AddressRangeDefType* range, Bu
     while (count > 0 && source->GetNumberBufferBitsRemaining() > 0) {
         if (fast && start.isWholeWord()) {
             count -= transformWholeBusWords(block, source, count / block->laneCount, byteSwapEcc) * block->laneCount;
+            if (int ended = progressStatus(); ended != 0) return ended;
             if (count == 0 || source->GetNumberBufferBitsRemaining() == 0) break;
         }
         transformBusWord(block, start, source, byteSwapEcc, &count);

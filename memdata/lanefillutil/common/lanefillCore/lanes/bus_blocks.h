@@ -6,13 +6,14 @@
 #include "BmmUtils/model/records.h"
 
 // Stores what the block takes of the source (data order) from an address on, 0 meaning the block's start, and
-// computes the check bits of every bus word that was touched. Status: 0; 7 without memory.
+// computes the check bits of every bus word that was touched. Status: 0; 7 without memory; 15 the run is to
+// end.
 int transform_data_busBlock(const char* fileName, AddressRangeDefType* range, BusBlockType* block,
     unsigned long address, BufferChunkAccess* source, bool byteSwapEcc);
 
 // Stores size bytes of data into the space's lanes from an address on (bytes; words under word addressing).
 // The space's transform buffers exist. An address in no range stores nothing, and data behind the last block
-// is dropped without a word: the search for the space has reported it. Status: 0; 7 without memory.
+// is dropped without a word: the search for the space has reported it. Status: 0; 7; 15.
 int transform_segment_data(
     const char* fileName, AddressSpaceDefType* space, unsigned long address, unsigned char* data, unsigned long size);
 

@@ -8,6 +8,7 @@
 #include "lanefillCore/lanes/lane_positions.h"
 #include "lanefillCore/lanes/narrow_gather.h"
 #include "lanefillCore/lanes/stream_lanes.h"
+#include "lanefillCore/records/progress_stages.h"
 
 #include <algorithm>
 #include <array>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr u64 kMAX_GATHERED_LANES = 256; // lanes of a byte
 constexpr u64 kMAX_CHECKED_BUS_BITS = 128;
+constexpr u64 kSTEP_WORDS = 256 * 1024; // between two reports of progress; a multiple of all words that fill bytes
 
 bool oneOf(u64 value, std::initializer_list<u64> values) {
     return std::ranges::find(values, value) != values.end();
@@ -157,13 +159,16 @@ u64 transformWholeBusWords(BusBlockType* block, BufferChunkAccess* source, u64 m
     u64 wordBits = 0;
     for (u64 i = 0; i < block->laneCount; ++i) wordBits += sourceBitsOf(block->lanes[i]);
     const u64 words = std::min({maxWords, source->GetNumberBufferBitsRemaining() / wordBits, roomInLanes(block)});
-    for (u64 left = words; left > 0;) {
-        const u64 stored = storeRun(block, source, left, byteSwapEcc);
+    u64 left = words;
+    int status = 0;
+    while (left > 0 && status == 0) {
+        const u64 stored = storeRun(block, source, std::min(left, kSTEP_WORDS), byteSwapEcc);
         advanceLanes(block, stored);
         source->SkipBits(stored * wordBits);
         left -= stored;
+        status = advanceProgress(stored * wordBits / 8);
     }
-    return words;
+    return words - left;
 }
 
 } // namespace memdata

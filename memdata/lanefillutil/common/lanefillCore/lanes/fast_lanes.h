@@ -14,8 +14,8 @@ namespace memdata {
 // been placed.
 bool hasFastShape(const BusBlockType* block);
 
-// Transforms up to maxWords whole bus words from lane 0 on: as many as source and lanes hold. Gives their
-// number.
+// Transforms up to maxWords whole bus words from lane 0 on: as many as source and lanes hold, fewer once the run is to
+// end. Gives their number.
 u64 transformWholeBusWords(BusBlockType* block, BufferChunkAccess* source, u64 maxWords, bool byteSwapEcc);
 
 } // namespace memdata

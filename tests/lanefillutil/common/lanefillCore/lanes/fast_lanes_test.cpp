@@ -326,6 +326,29 @@ TEST(FastLanes, GiveWhatThePlainFormGivesOverLongCheckedRuns) {
             }
 }
 
+// Runs that are longer than the way between two reports of progress.
+TEST(FastLanes, GiveWhatThePlainFormGivesOverSeveralSteps) {
+    const SystemResources resources;
+    struct Case {
+        unsigned laneBits;
+        unsigned parityBits;
+        u32 eccType;
+    };
+    for (const Case& c : {Case{8, 0, 0}, Case{8, 1, 0}, Case{16, 0, 1}, Case{1, 0, 0}}) {
+        Shape shape{};
+        shape.laneBits = c.laneBits;
+        shape.parityBits = c.parityBits;
+        shape.laneCount = c.laneBits == 1 ? 8 : 2;
+        shape.blockCount = 1;
+        shape.blockWords = 300000;
+        shape.eccType = c.eccType;
+        if (c.eccType != 0) shape.eccWidths = {7};
+        EXPECT_TRUE(
+            segmentsThrough(shape, 1, TransformPath::kBY_SHAPE) == segmentsThrough(shape, 1, TransformPath::kPLAIN))
+            << shape.text();
+    }
+}
+
 // Words of less than a byte, from places inside a byte of the lanes and of the source too.
 TEST(FastLanes, GiveWhatThePlainFormGivesOnNarrowLanes) {
     const SystemResources resources;
