@@ -19,9 +19,9 @@ TEST(Demo, TakesTheProgramIntoMemoriesAndProvesIt) {
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.out, HasSubstr("all 329 bytes of the program are in their memories, and nothing else is\n"));
-    EXPECT_THAT(result.out, HasSubstr("8 memories compared, 8 differ; 1 CRC words, 0 wrong\n"));
+    EXPECT_THAT(result.out, HasSubstr("8 memories compared, 8 differ; 1 CRC word, 0 wrong\n"));
     EXPECT_THAT(result.out, HasSubstr("\n    256 frames of 404 bytes, "));
-    EXPECT_THAT(result.out, HasSubstr("8 memories compared, 0 differ; 1 CRC words, 0 wrong\n"));
+    EXPECT_THAT(result.out, HasSubstr("8 memories compared, 0 differ; 1 CRC word, 0 wrong\n"));
 }
 
 TEST(Demo, FailsWithTheToolThatFails) {

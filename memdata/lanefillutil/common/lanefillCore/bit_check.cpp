@@ -34,6 +34,10 @@ std::string differenceLine(
         difference.expected, difference.found);
 }
 
+std::string counted(u64 count, const char* one, const char* several) {
+    return formatted("%lld %s", count, count == 1 ? one : several);
+}
+
 struct Tally {
     u64 unlocated = 0; // lanes with data and without a location
     u64 missing = 0;   // located, and not in the stream
@@ -65,13 +69,15 @@ void report(const AddressMappingType* mapping, const StreamCheck& found, BitChec
     run->isCompared = true;
     run->report = laneLines(mapping, found.memories, &tally);
     if (found.wrongCrcWords != 0)
-        run->report += formatted("%lld of %lld CRC words are wrong, the first ends %ld bytes into the stream\n",
-            found.wrongCrcWords, found.crcWords, found.firstWrongCrc);
+        run->report += formatted("%lld of %s wrong, the first ends %ld bytes into the stream\n", found.wrongCrcWords,
+            counted(found.crcWords, "CRC word is", "CRC words are"), found.firstWrongCrc);
     const u64 differing = found.memories.differences.size();
-    run->report += formatted("%lld memories compared, %lld differ", found.memories.comparedLanes, differing);
+    run->report +=
+        formatted("%s compared, %lld differ", counted(found.memories.comparedLanes, "memory", "memories"), differing);
     if (tally.missing + tally.unlocated != 0)
         run->report += formatted(", %lld not found", tally.missing + tally.unlocated);
-    run->report += formatted("; %lld CRC words, %lld wrong\n", found.crcWords, found.wrongCrcWords);
+    run->report +=
+        formatted("; %s, %lld wrong\n", counted(found.crcWords, "CRC word", "CRC words"), found.wrongCrcWords);
     const bool isEqual = differing == 0 && found.wrongCrcWords == 0 && tally.missing + tally.unlocated == 0;
     run->status = isEqual ? 0 : kBIT_FILE_DIFFERS;
 }

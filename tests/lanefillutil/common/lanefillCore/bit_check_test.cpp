@@ -57,7 +57,7 @@ TEST_F(BitCheck, AFileThatWasJustRewrittenIsEqual) {
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(run.isCompared);
     EXPECT_THAT(run.report, ::testing::StartsWith("2 memories compared, 0 differ; "));
-    EXPECT_THAT(run.report, HasSubstr(" CRC words, 0 wrong\n"));
+    EXPECT_THAT(run.report, HasSubstr(" CRC word, 0 wrong\n"));
 }
 
 TEST_F(BitCheck, OtherSoftwareDiffersFromItsFirstOtherWordOn) {
@@ -76,7 +76,7 @@ TEST_F(BitCheck, AWrongCrcWordIsADifference) {
     const BitCheckRun run = check(folder.write("spoilt.bit", spoilt), data);
     EXPECT_EQ(run.status, kBIT_FILE_DIFFERS);
     EXPECT_THAT(run.report, HasSubstr("2 memories compared, 0 differ; "));
-    EXPECT_THAT(run.report, HasSubstr(" CRC words are wrong, the first ends "));
+    EXPECT_THAT(run.report, HasSubstr("1 of 1 CRC word is wrong, the first ends "));
 }
 
 TEST_F(BitCheck, AMemoryWithoutALocationIsSaid) {
@@ -87,7 +87,7 @@ TEST_F(BitCheck, AMemoryWithoutALocationIsSaid) {
     const BitCheckRun run = check(renewed, data);
     EXPECT_EQ(run.status, kBIT_FILE_DIFFERS);
     EXPECT_THAT(run.report, HasSubstr("top/lo in 'ram': has no location in the map\n"));
-    EXPECT_THAT(run.report, HasSubstr("1 memories compared, 0 differ, 1 not found; "));
+    EXPECT_THAT(run.report, HasSubstr("1 memory compared, 0 differ, 1 not found; "));
 }
 
 TEST_F(BitCheck, TellsWhatItNeeds) {
