@@ -7,6 +7,7 @@
 #include "help_command.h"
 #include "lanefillCore/bit_check.h"
 #include "option_string.h"
+#include "progress_bar.h"
 #include "run_command.h"
 
 #include <new>
@@ -28,6 +29,7 @@ int runCheckCommand(std::span<char* const> words) {
         std::string text;
         if (int status = optionTextOf(options, &text); status != 0) return status;
         const SystemResources resources;
+        const ShownProgress bar;
         const BitCheckRun run = runBitCheck(text.c_str());
         if (run.status == kHELP_WANTED) return printTopic("check");
         const int printed = run.isCompared ? print(run.report) : 0;

@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "console.h"
 
+#include "platform/host.h"
+
 #include <cstdio>
 
 namespace memdata {
 
 int print(std::string_view text) {
+    host().beforeOutput();
     std::fwrite(text.data(), 1, text.size(), stdout);
     return finishPrinting(0);
 }
@@ -18,6 +21,7 @@ int finishPrinting(int status) {
 }
 
 void printError(std::string_view text) {
+    host().beforeOutput();
     std::fprintf(stderr, "lanefill: %.*s\n", static_cast<int>(text.size()), text.data());
 }
 

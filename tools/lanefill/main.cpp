@@ -6,6 +6,7 @@
 #include "help_command.h"
 #include "hosts/standalone/standalone_host.h"
 #include "map_command.h"
+#include "progress_bar.h"
 #include "run_command.h"
 
 #include <new>
@@ -82,6 +83,7 @@ bool runSubCommand(std::span<char* const> words, int* status) {
 }
 
 int run(std::span<char* const> words) {
+    memdata::registerProgressParameters();
     if (words.empty()) return memdata::printIntroduction();
     int status = 0;
     if (runSubCommand(words, &status)) return status; // its words are its own

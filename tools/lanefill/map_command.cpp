@@ -13,6 +13,7 @@
 #include "help_command.h"
 #include "lanefillCore/driver.h"
 #include "option_string.h"
+#include "progress_bar.h"
 #include "run_command.h"
 
 #include <algorithm>
@@ -145,6 +146,7 @@ int runMapCommand(std::span<char* const> words) {
         std::string text;
         if (int status = optionTextOf(options, &text); status != 0) return status;
         const SystemResources resources;
+        const ShownProgress bar;
         const int status = runOnOptions(text.c_str());
         return status == kHELP_WANTED ? printTopic("map") : exitStatusOf(status);
     } catch (const std::bad_alloc&) {

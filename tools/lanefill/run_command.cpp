@@ -41,9 +41,11 @@ void tellWhatWasLeft() {
 
 int execute(const std::string& text) {
     RegisterSystemCommand(("lanefill " + text).c_str());
-    ProgressBar bar;
-    const OptionRun run = runOptions(text.c_str(), bar.sink());
-    bar.finish();
+    OptionRun run;
+    {
+        const ShownProgress bar;
+        run = runOptions(text.c_str());
+    }
     if (run.status == kHELP_WANTED) return print(run.help);
     if (run.status == 0) tellWhatWasLeft();
     return finishPrinting(exitStatusOf(run.status));
