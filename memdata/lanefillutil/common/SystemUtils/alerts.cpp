@@ -8,6 +8,8 @@
 #include "SystemUtils/lifetime.h"
 
 #include <bit>
+#include <cstring>
+#include <deque>
 #include <iterator>
 #include <new>
 #include <string_view>
@@ -72,6 +74,18 @@ void print_with_deferred(const std::string& text) {
     if (!deferred.empty()) output_alert(deferred);
 }
 
+// Texts are shown whole up to the length of the longest file name. Of longer ones, tokens of a damaged file mostly, which
+// no one reads, so many bytes are shown.
+constexpr size_t kLONGEST_WHOLE_TEXT = 4096;
+constexpr size_t kSHOWN_TEXT_BYTES = 200;
+
+// A text that is too long, cut at the start of a character. What is made up as one text for the alert stays whole.
+std::string shortened(std::string_view text) {
+    size_t end = kSHOWN_TEXT_BYTES;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    return std::string(text.substr(0, end)) + "...";
+}
+
 // Tokens of line ends and file ends have texts that say nothing when printed. Alerts name them.
 const char* readable_text(const char* text) {
     if (text == nullptr) return nullptr;
@@ -80,12 +94,26 @@ const char* readable_text(const char* text) {
     return view == "\xFF" ? "end-of-file" : text;
 }
 
-std::vector<memdata::FormatArgument> readable_arguments(std::span<const memdata::FormatArgument> arguments) {
-    std::vector<memdata::FormatArgument> readable(arguments.begin(), arguments.end());
-    for (memdata::FormatArgument& argument : readable)
-        if (argument.kind == memdata::FormatArgument::kTEXT) argument.text = readable_text(argument.text);
-    return readable;
-}
+// The arguments of an alert as a person can read them.
+class ReadableArguments {
+public:
+    ReadableArguments(std::span<const memdata::FormatArgument> arguments, bool isMadeUp)
+        : arguments_(arguments.begin(), arguments.end()) {
+        for (memdata::FormatArgument& argument : arguments_) {
+            if (argument.kind != memdata::FormatArgument::kTEXT) continue;
+            argument.text = readable_text(argument.text);
+            if (isMadeUp || argument.text == nullptr || std::strlen(argument.text) <= kLONGEST_WHOLE_TEXT) continue;
+            argument.text = shortened_.emplace_back(shortened(argument.text)).c_str();
+        }
+    }
+    ReadableArguments& operator=(ReadableArguments&&) = delete; // neither copied nor moved
+
+    std::span<const memdata::FormatArgument> get() const { return arguments_; }
+
+private:
+    std::vector<memdata::FormatArgument> arguments_;
+    std::deque<std::string> shortened_; // that arguments point into
+};
 
 } // namespace
 
@@ -116,7 +144,8 @@ std::string CreateWrappedAlertMsg(
                       ? memdata::formatted("%s:%s - ", severity_name(severity), GetSystemToolName())
                       : memdata::formatted("%s:%s:%ld - ", severity_name(severity), GetSystemToolName(), number);
     }
-    if (text != nullptr) wrapped += memdata::formatText(text, readable_arguments(arguments));
+    const bool isMadeUp = number == 0 || number == kERROR_MESSAGE_STRING.number;
+    if (text != nullptr) wrapped += memdata::formatText(text, ReadableArguments(arguments, isMadeUp).get());
     wrapped += '\n';
     return wrapped;
 }

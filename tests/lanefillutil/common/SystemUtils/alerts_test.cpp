@@ -166,6 +166,26 @@ TEST_F(Alerts, TheTextsOfLineAndFileEndsAreNamed) {
         "'end-of-line' 'end-of-file' 'a\n'\n");
 }
 
+TEST_F(Alerts, ATextLongerThanAnyFileNameIsCut) {
+    CapturedAlerts alerts;
+    const std::string whole(4096, 'x');
+    PrintError(kERROR_UNEXPECTED_SYMBOL_AND_EXPECTED, 14, whole, "y");
+    EXPECT_THAT(alerts.take(), HasSubstr("'" + whole + "'"));
+    PrintError(kERROR_UNEXPECTED_SYMBOL_AND_EXPECTED, 14, whole + "x", "y");
+    EXPECT_EQ(
+        alerts.take(), "\nERROR:Lanefill:11 - Unexpected symbol '" + whole.substr(0, 200) + "...', 'y' expected.\n\n");
+    const std::string wide = std::string(199, 'x') + "\xC3\xA9" + whole; // a character across the cut
+    PrintError(kERROR_UNEXPECTED_SYMBOL_AND_EXPECTED, 14, wide, "y");
+    EXPECT_THAT(alerts.take(), HasSubstr("'" + wide.substr(0, 199) + "...'"));
+}
+
+TEST_F(Alerts, ATextThatWasMadeUpForTheAlertIsNotCut) {
+    CapturedAlerts alerts;
+    const std::string text(5000, 'x');
+    PrintError(kERROR_MESSAGE_STRING, 1, text);
+    EXPECT_THAT(alerts.take(), HasSubstr(text));
+}
+
 TEST_F(Alerts, ANullTextArgumentPrintsAsNull) {
     CapturedAlerts alerts;
     PrintError(kERROR_EMPTY_FILE_NAME, 1, nullptr);
