@@ -4,6 +4,7 @@
 
 #include "platform/memory_parameters.h"
 
+#include <new>
 #include <utility>
 
 namespace {
@@ -19,8 +20,15 @@ memdata::Host*& hostInForce() {
     return host;
 }
 
-// Loading the library registers its parameters, also when nobody asks for the host before main.
-[[maybe_unused]] const memdata::Host* const gHostAtLoad = hostInForce();
+// Loading the library registers its parameters, also when nobody asks for the host before main. Without memory for them
+// the first use tries again, where a caller can be told.
+[[maybe_unused]] const memdata::Host* const gHostAtLoad = []() -> const memdata::Host* {
+    try {
+        return hostInForce();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}();
 
 } // namespace
 
