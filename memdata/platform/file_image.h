@@ -12,8 +12,8 @@
 namespace memdata {
 
 // A plain regular file is mapped: opening it costs nothing, and its pages stay those of the system. A packed file is
-// unpacked, a pipe or device is read to its end. A mapped file that another program cuts short while it is open ends
-// the process when the lost pages are read, as mapped files do; replacing it by rename does no harm.
+// unpacked, a pipe or device is read to its end. Another program may write into a mapped file, or cut it short, while it
+// is open: whoever took bytes asks isUnchanged before they count. Replacing the file by rename does no harm.
 class FileImage {
 public:
     FileImage() = default;
@@ -30,14 +30,34 @@ public:
     const char* data() const { return mapping_ != nullptr ? mapping_ : unpacked_.data(); }
     u64 size() const { return mapping_ != nullptr ? mappingBytes_ : unpacked_.size(); }
     bool isMapped() const { return mapping_ != nullptr; }
+    // Whether the bytes were those of one state of the file from open to now. Always so for what was copied.
+    bool isUnchanged() const;
 
 private:
+    friend class MappedImages;
+    struct FileState {
+        u64 byteCount = 0;
+        i64 seconds = 0; // of the last change
+        i64 nanoseconds = 0;
+        bool operator==(const FileState&) const = default;
+    };
+
     bool map_(const std::string& name);
+    static bool stateOf_(int descriptor, FileState* state);
 
     char* mapping_ = nullptr;
     u64 mappingBytes_ = 0;
+    int descriptor_ = -1; // of the mapped file
+    FileState state_;     // when it was mapped
+    bool hasLostPages_ = false;
+    FileImage* nextMapped_ = nullptr;
     std::string unpacked_;
 };
+
+// Installs a handler for the whole process, for programs: a library leaves the signals of its host alone. A page of an
+// image that the system can not give, because the file was cut short or its disk failed, then reads as zeros, and
+// isUnchanged is false. Without the handler it ends the process (SIGBUS). One thread.
+void surviveLostPages();
 
 // Bytes of a mapped image that are not needed for now: the memory that they take in the process is given back. They
 // stay readable and come from the file again.

@@ -45,6 +45,10 @@ WholeFile readToTheEnd(pql::iostreams::filtering_stream& in, Bytes* content, std
         explain(reason, "it holds more than " + std::to_string(limit) + " bytes");
         return WholeFile::kTOO_LARGE;
     }
+    if (filled < expected) {
+        explain(reason, "it was cut short while it was read");
+        return WholeFile::kDAMAGED;
+    }
     content->resize(filled);
     return WholeFile::kREAD;
 }

@@ -18,7 +18,7 @@ inline constexpr u64 kMAX_UNSIZED_FILE_BYTES = u64{1} << 30;
 enum class WholeFile {
     kREAD,
     kCANNOT_OPEN,
-    kDAMAGED,   // packed data is damaged or ends early, or the disk failed
+    kDAMAGED, // packed data is damaged or ends early, the disk failed, or another program cut the file short meanwhile
     kTOO_LARGE, // above a limit, or above the memory of the machine
 };
 

@@ -5,10 +5,15 @@
 #include "platform/filtering_stream.h"
 #include "support/temporary_folder.h"
 
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string_view>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -102,6 +107,57 @@ TEST_F(FileImageTest, ReleasedPagesTakeNoMemoryAndComeBackFromTheFile) {
     memdata::releaseMappedPages(image.data() + 1, image.size() - 1);
     EXPECT_GE(before, mappedBytesInMemory() + (3 << 20));
     EXPECT_TRUE(text() == bytes);
+}
+
+TEST_F(FileImageTest, AFileThatIsLeftAloneOrReplacedIsUnchanged) {
+    const std::string name = folder.write("a", "some bytes");
+    ASSERT_EQ(image.open(name), WholeFile::kREAD);
+    EXPECT_TRUE(image.isUnchanged());
+    std::filesystem::rename(folder.write("b", "others"), name);
+    EXPECT_TRUE(image.isUnchanged());
+}
+
+TEST_F(FileImageTest, AFileThatIsWrittenToOrCutIsChanged) {
+    const std::string name = folder.write("a", "some bytes");
+    ASSERT_EQ(image.open(name), WholeFile::kREAD);
+    std::filesystem::resize_file(name, 9);
+    EXPECT_FALSE(image.isUnchanged());
+    ASSERT_EQ(image.open(name), WholeFile::kREAD);
+    EXPECT_TRUE(image.isUnchanged());
+    std::filesystem::last_write_time(name, std::filesystem::last_write_time(name) + std::chrono::seconds(1));
+    EXPECT_FALSE(image.isUnchanged());
+}
+
+TEST_F(FileImageTest, PagesThatWereLostReadAsZeros) {
+    memdata::surviveLostPages();
+    const std::string name = folder.write("a", std::string(100'000, 'x'));
+    const std::string other = folder.write("b", std::string(100'000, 'y'));
+    FileImage untouched;
+    ASSERT_EQ(image.open(name), WholeFile::kREAD);
+    ASSERT_EQ(untouched.open(other), WholeFile::kREAD);
+    std::filesystem::resize_file(name, 5);
+    EXPECT_EQ(text().substr(0, 6), std::string_view("xxxxx\0", 6));
+    EXPECT_EQ(text().back(), '\0');
+    EXPECT_EQ(text()[50'000], '\0');
+    std::filesystem::resize_file(name, 100'000);
+    EXPECT_FALSE(image.isUnchanged());
+    EXPECT_TRUE(untouched.isUnchanged());
+    EXPECT_EQ(untouched.data()[99'999], 'y');
+    std::signal(SIGBUS, SIG_DFL);
+}
+
+TEST_F(FileImageTest, AFaultOutsideOfImagesStillEndsTheProcess) {
+    const std::string name = folder.write("a", "some bytes");
+    ASSERT_EQ(image.open(name), WholeFile::kREAD);
+    EXPECT_EXIT(
+        {
+            memdata::surviveLostPages();
+            const int file = ::open(folder.write("b", "bytes").c_str(), O_RDWR);
+            const auto* pages = static_cast<volatile char*>(mmap(nullptr, 5, PROT_READ, MAP_SHARED, file, 0));
+            if (ftruncate(file, 0) != 0) std::exit(1);
+            std::exit(pages[0]);
+        },
+        ::testing::KilledBySignal(SIGBUS), "");
 }
 
 TEST_F(FileImageTest, LessThanAPageIsNotReleased) {

@@ -6,6 +6,7 @@
 #include "help_command.h"
 #include "hosts/standalone/standalone_host.h"
 #include "map_command.h"
+#include "platform/file_image.h"
 #include "progress_bar.h"
 #include "run_command.h"
 
@@ -103,6 +104,7 @@ int run(std::span<char* const> words) {
 } // namespace
 
 int main(int count, char** arguments) {
+    memdata::surviveLostPages();
     try {
         return run(std::span<char* const>(arguments, static_cast<size_t>(count)).subspan(count > 0 ? 1 : 0));
     } catch (const std::bad_alloc&) {

@@ -1,6 +1,7 @@
 // map_files.cpp - opens the texts of address maps for the parser.
 // SPDX-License-Identifier: Apache-2.0
 #include "BmmUtils/parser.h"
+#include "FileUtils/opening.h"
 #include "ParseUtils/streams.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/records/progress_stages.h"
@@ -41,7 +42,7 @@ int read_map_text(fileSpecType* spec, std::string* text) {
     std::string reason;
     const WholeFile result = read_file(spec, text, &reason);
     if (result == WholeFile::kREAD) return 0;
-    if (result == WholeFile::kCANNOT_OPEN) return PrintError(kERROR_OPENING_FILE, kCANNOT_OPEN, spec->fullName);
+    if (result == WholeFile::kCANNOT_OPEN) return reportUnopened(spec->fullName, reason);
     return PrintError(
         kERROR_MESSAGE_STRING, kCANNOT_OPEN, formatted("File '%s' can not be read: %s", spec->fullName, reason));
 }

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cerrno>
 #include <cstring>
 #include <unistd.h>
 
@@ -99,7 +100,7 @@ int Close_File(fileIODescriptor** file) {
     }
     if (isOutput(open)) {
         if (int status = Flush_File(open); status != 0) return status;
-        if (!commitOutputTarget(open)) return failOutput(open);
+        if (!commitOutputTarget(open)) return failOutput(open, causeText(errno));
     }
     memdata::abandonFile(file); // nothing is unfinished any more
     return 0;

@@ -113,7 +113,7 @@ char* GetIndexIOBuffer(fileIODescriptor* file, u64 offset);
 int Flush_File(fileIODescriptor* file);
 
 // Finishes the file, nulls the pointer. An output then stands under its name. When it could not be written, the
-// failure has been reported (kERROR_CREATING_FILE), its status comes back, the old file is untouched and the handle
+// failure has been reported with its cause, its status comes back, the old file is untouched and the handle
 // is kept: give it to memdata::abandonFile. StandardOut is only flushed. Null is accepted.
 int Close_File(fileIODescriptor** file);
 

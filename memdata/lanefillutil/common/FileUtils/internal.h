@@ -49,7 +49,15 @@ void unmapWindow(fileIODescriptor* file);
 // writing.cpp
 int moveDiskOutput(fileIODescriptor* file, int flag);
 // Reports the first failure of an output, and only that; the output's status.
-int failOutput(fileIODescriptor* file);
+int failOutput(fileIODescriptor* file, const char* cause);
+
+// failures.cpp
+inline constexpr const char* kCUT_SHORT = "it was cut short while it was read";
+// A failure of the system in its own words.
+const char* causeText(int error);
+// Of a file that can not be opened: status 1. The cause is kept for reportCause when the alert does not tell it.
+int failReading(int error);
+int failCreating(int error);
 
 } // namespace memdata
 

@@ -11,7 +11,7 @@ using namespace memdata;
 
 // Over a caller's bytes everything is there from the start: only positions move.
 int moveInPlace(fileIODescriptor* file, int) {
-    return isOutput(file) ? failOutput(file) : file->eofState;
+    return isOutput(file) ? failOutput(file, "its buffer is full") : file->eofState;
 }
 
 int moveGrowing(fileIODescriptor* file, int) {

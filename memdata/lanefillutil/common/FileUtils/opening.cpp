@@ -10,6 +10,7 @@
 #include "SystemUtils/memory.h"
 #include "platform/run_inputs.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,15 +24,17 @@ constexpr u64 kSTAT_BLOCK_BYTES = 512;
 // Status 0; 1 it can not be read (not reported); 7 no memory. An empty file is open afterwards and holds nothing.
 int openForReading(fileIODescriptor* file) {
     const int descriptor = open(file->name, O_RDONLY | O_CLOEXEC | O_NOCTTY);
-    if (descriptor < 0) return 1;
+    if (descriptor < 0) return failReading(errno);
     noteRunInput(descriptor);
     file->stream = fdopen(descriptor, "rb");
     if (file->stream == nullptr) {
+        failReading(errno);
         close(descriptor);
         return 1;
     }
     struct stat facts {};
-    if (fstat(descriptor, &facts) != 0 || S_ISDIR(facts.st_mode)) return 1;
+    if (fstat(descriptor, &facts) != 0) return failReading(errno);
+    if (S_ISDIR(facts.st_mode)) return failReading(EISDIR);
     file->physicalSize = static_cast<u64>(facts.st_blocks) * kSTAT_BLOCK_BYTES;
     // A size of 0 says nothing: files that the kernel makes up have it too.
     const bool sizeIsKnown = S_ISREG(facts.st_mode) && facts.st_size > 0;
@@ -47,7 +50,9 @@ int openForWriting(fileIODescriptor* file) {
 
 int reportOpening(int status, const char* name, u32 attributes) {
     if (status != 1 || (attributes & kQUIET_OPEN) != 0) return status;
-    return PrintError((attributes & kWRITE_ACCESS) != 0 ? kERROR_CREATING_FILE : kERROR_OPENING_FILE, 1, name);
+    const bool writes = (attributes & kWRITE_ACCESS) != 0;
+    PrintError(writes ? kERROR_CREATING_FILE : kERROR_OPENING_FILE, 1, name);
+    return reportCause(name, writes);
 }
 
 int refuseInput(const char* name) {
@@ -91,6 +96,7 @@ int Open_File(const char* name, u32 attributes, fileIODescriptor** file) {
     if (created == nullptr) return 7;
     const bool writes = (attributes & kWRITE_ACCESS) != 0;
     if (writes && isRunInput(name)) return refuseInput(name);
+    gFileState.openFailure = nullptr;
     const int status = writes ? openForWriting(created.get()) : openForReading(created.get());
     if (status != 0) return reportOpening(status, name, attributes);
     if (!writes && created->bufferEnd == 0) return 0; // nothing to read: the caller sees a null handle
@@ -132,9 +138,13 @@ int SearchAndOpenDiskReadFile(fileSpecType* spec, const char* defaultExtension, 
     if (spec == nullptr) return 3;
     const u32 quiet = attributes | kQUIET_OPEN;
     int status = OpenDiskFile(spec, nullptr, defaultExtension, suffix, quiet, file);
+    const char* cause = gFileState.openFailure; // of a file that is there tells more than that of one that is not
     const unsigned long count = StrListCount(searchPaths);
-    for (unsigned long i = 0; status == 1 && i < count; ++i)
+    for (unsigned long i = 0; status == 1 && i < count; ++i) {
         status = openInFolder(spec, StrListGet(searchPaths, i), defaultExtension, suffix, quiet, file);
+        if (cause == nullptr) cause = gFileState.openFailure;
+    }
+    gFileState.openFailure = cause;
     return reportOpening(status, spec->fullName, attributes);
 }
 

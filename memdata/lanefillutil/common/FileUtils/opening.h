@@ -40,6 +40,12 @@ int SearchAndOpenDiskReadFile(fileSpecType* spec, const char* defaultExtension, 
 
 namespace memdata {
 
+// Tells why the latest file on disk could not be opened, behind the alert that names it. Nothing when that tells it.
+// Status 1.
+int reportCause(const char* name, bool writes);
+// Both alerts, for an input that was opened in another way. cause: in the system's words. Status 1.
+int reportUnopened(const char* name, const std::string& cause);
+
 // Turns an input over a caller's bytes into one over others, as if it had been closed and opened again. Allocates
 // nothing while the name fits the memory of those before. Status 0; 3 it is no such input, or there are no bytes; 7,
 // the file is as before then.

@@ -3,12 +3,14 @@
 
 #include "FileUtils/output_target.h"
 
+#include "FileUtils/internal.h"
 #include "FileUtils/state.h"
 #include "StringUtils/StringUtils.h"
 #include "platform/host.h"
 
 #include <cerrno>
 #include <charconv>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -29,6 +31,7 @@ constexpr mode_t kNEW_FILE_MODE = 0666;
 enum class TargetKind { kREFUSED, kNEW_FILE, kOLD_FILE, kDIRECT };
 struct OutputTarget {
     TargetKind kind = TargetKind::kREFUSED;
+    int error = 0;      // of kREFUSED
     std::string path;   // links followed
     struct stat old {}; // of kOLD_FILE
 };
@@ -47,16 +50,19 @@ bool standsInProc(const std::string& path) {
 OutputTarget followLinks(const char* name) {
     OutputTarget target;
     target.path = name;
+    target.error = ENOENT;
     if (target.path.empty()) return target; // or it would stand for the working folder
     for (int links = 0; links <= kMAX_LINKS; ++links) {
         struct stat found {};
         if (lstat(target.path.c_str(), &found) != 0) {
+            target.error = errno;
             if (errno == ENOENT) target.kind = TargetKind::kNEW_FILE;
             return target;
         }
         if (!S_ISLNK(found.st_mode)) {
             if (S_ISREG(found.st_mode)) target.kind = TargetKind::kOLD_FILE;
             if (!S_ISREG(found.st_mode) && !S_ISDIR(found.st_mode)) target.kind = TargetKind::kDIRECT;
+            target.error = EISDIR;
             target.old = found;
             return target;
         }
@@ -66,10 +72,12 @@ OutputTarget followLinks(const char* name) {
         }
         std::error_code failure;
         const std::filesystem::path next = std::filesystem::read_symlink(target.path, failure);
+        target.error = failure.value();
         if (failure) return target;
         target.path = next.is_absolute() ? next.string() : folderOf(target.path) + next.string();
     }
-    return target; // too many links
+    target.error = ELOOP;
+    return target;
 }
 
 // With the one name that its folder has: outputs can be compared by it, and it holds when the working folder changes.
@@ -166,6 +174,13 @@ void takeOverPermissions(const std::string& path, const struct stat& old) {
     if (chmod(path.c_str(), old.st_mode & 07777) != 0) errno = 0; // last: a change of owner takes bits away
 }
 
+// The cause of the failure stays in errno.
+void removeFailed(const char* name) {
+    const int error = errno;
+    unlink(name);
+    errno = error;
+}
+
 // Gives a nameless temporary a name of its own, since a link never replaces a name. A system that makes nameless files
 // and can not link them is served by a copy.
 bool nameTemporary(int descriptor, const std::string& folder, std::string* name) {
@@ -183,9 +198,25 @@ bool nameTemporary(int descriptor, const std::string& folder, std::string* name)
     });
     struct stat facts {};
     if (copied && fstat(descriptor, &facts) == 0) takeOverPermissions(*name, facts);
-    if (!copied) unlink(name->c_str());
+    if (!copied) removeFailed(name->c_str());
     return copied;
 }
+
+// For the moment in which a temporary has a name: a user who ends the run leaves nothing behind.
+class HeldSignals {
+public:
+    HeldSignals() {
+        sigset_t ends;
+        sigemptyset(&ends);
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) sigaddset(&ends, signal);
+        pthread_sigmask(SIG_BLOCK, &ends, &before_);
+    }
+    ~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    HeldSignals& operator=(HeldSignals&&) = delete; // neither copied nor moved
+
+private:
+    sigset_t before_;
+};
 
 bool closeStream(fileIODescriptor* file) {
     FILE* const stream = std::exchange(file->stream, nullptr);
@@ -196,7 +227,8 @@ bool closeStream(fileIODescriptor* file) {
 
 int memdata::openOutputTarget(fileIODescriptor* file) {
     const OutputTarget target = findTarget(file->name);
-    if (target.kind == TargetKind::kREFUSED || isProtected(target)) return 1;
+    if (target.kind == TargetKind::kREFUSED) return failCreating(target.error);
+    if (isProtected(target)) return failCreating(EACCES);
 
     int descriptor = -1;
     if (target.kind == TargetKind::kDIRECT) {
@@ -206,31 +238,34 @@ int memdata::openOutputTarget(fileIODescriptor* file) {
         file->targetName = newString(target.path);
         if (file->targetName == nullptr) return 7;
         descriptor = openTemporary(folderOf(target.path), &temporary);
-        if (descriptor >= 0 && target.kind == TargetKind::kOLD_FILE)
+        if (descriptor < 0) return failCreating(errno);
+        if (target.kind == TargetKind::kOLD_FILE)
             takeOverPermissions(temporary.empty() ? linkOfDescriptor(descriptor) : temporary, target.old);
         if (!temporary.empty()) file->temporaryName = newString(temporary);
         if (!temporary.empty() && file->temporaryName == nullptr) {
-            if (descriptor >= 0) unlink(temporary.c_str());
+            unlink(temporary.c_str());
             close(descriptor);
             return 7;
         }
     }
-    if (descriptor < 0) return 1;
+    if (descriptor < 0) return failCreating(errno);
     file->stream = fdopen(descriptor, "wb");
     if (file->stream != nullptr) return 0;
+    failCreating(errno);
     close(descriptor);
     return 1;
 }
 
 bool memdata::commitOutputTarget(fileIODescriptor* file) {
     if (file->targetName == nullptr) return closeStream(file);
+    const HeldSignals held;
     std::string temporary;
     if (file->temporaryName != nullptr)
         temporary = file->temporaryName;
     else if (!nameTemporary(fileno(file->stream), folderOf(file->targetName), &temporary))
         return false;
     const bool replaced = closeStream(file) && std::rename(temporary.c_str(), file->targetName) == 0;
-    if (!replaced) unlink(temporary.c_str());
+    if (!replaced) removeFailed(temporary.c_str());
     return replaced;
 }
 

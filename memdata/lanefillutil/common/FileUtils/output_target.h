@@ -11,9 +11,10 @@
 
 namespace memdata {
 
-// Sets stream, and targetName and temporaryName as needed. Status 0; 1 the system refused (not reported); 7.
+// Sets stream, and targetName and temporaryName as needed. Status 0; 1 the system refused (not reported, the cause is
+// kept for reportCause); 7.
 int openOutputTarget(fileIODescriptor* file);
-// Closes the stream and gives the contents their name. False when the system refused (not reported).
+// Closes the stream and gives the contents their name. False when the system refused (not reported, errno tells why).
 bool commitOutputTarget(fileIODescriptor* file);
 // Closes the stream and removes what is unfinished.
 void dropOutputTarget(fileIODescriptor* file);

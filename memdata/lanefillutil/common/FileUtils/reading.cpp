@@ -6,6 +6,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "FileUtils/internal.h"
+#include "FileUtils/state.h"
 #include "SystemUtils/alerts.h"
 
 #include <algorithm>
@@ -56,11 +57,21 @@ i64 readSome(fileIODescriptor* file, char* to, u64 count) {
     }
 }
 
+int failInput(fileIODescriptor* file, const char* cause) {
+    PrintError(kERROR_MESSAGE_STRING, 1, formatted("File '%s' can not be read: %s.", file->name, cause));
+    return kREAD_FAILED;
+}
+
+// The status at the end of what the system gives. Of a regular file the size is known from its opening.
+int endOfFile(fileIODescriptor* file) {
+    return file->filePosition < file->logicalSize ? failInput(file, kCUT_SHORT) : kEND_OF_CONTENTS;
+}
+
 // Reads into the free part of the buffer until it is full or the file ends.
 int fillBuffer(fileIODescriptor* file) {
     while (file->bufferEnd < file->bufferSize) {
         const i64 got = readSome(file, file->buffer + file->bufferEnd, file->bufferSize - file->bufferEnd);
-        if (got < 0) return kREAD_FAILED;
+        if (got < 0) return failReading(errno), kREAD_FAILED;
         if (got == 0) break;
         file->bufferEnd += static_cast<u64>(got);
     }
@@ -103,11 +114,8 @@ int moveDiskInput(fileIODescriptor* file, int) {
     if (status == 0) {
         const i64 got = readSome(file, file->buffer + unread, file->bufferSize - unread);
         if (got > 0) file->bufferEnd += static_cast<u64>(got);
-        if (got == 0) status = kEND_OF_CONTENTS;
-        if (got < 0) {
-            PrintError(kERROR_OPENING_FILE, 1, file->name);
-            status = kREAD_FAILED;
-        }
+        if (got == 0) status = endOfFile(file);
+        if (got < 0) status = failInput(file, causeText(errno));
     }
     file->logicalSize = std::max(file->logicalSize, file->bufferBase + file->bufferEnd);
     file->eofState = status;
@@ -138,11 +146,8 @@ bool comesFromDiskUnbuffered(const fileIODescriptor* file, u64 count) {
 // Some of the bytes that follow the buffer's, straight to where they are wanted; *taken is their number.
 int takeUnbuffered(fileIODescriptor* file, char* bytes, u64 count, u64* taken) {
     const i64 got = readSome(file, bytes, count);
-    if (got < 0) {
-        PrintError(kERROR_OPENING_FILE, 1, file->name);
-        return file->eofState = kREAD_FAILED;
-    }
-    if (got == 0) return file->eofState = kEND_OF_CONTENTS;
+    if (got < 0) return file->eofState = failInput(file, causeText(errno));
+    if (got == 0) return file->eofState = endOfFile(file);
     *taken = static_cast<u64>(got);
     file->bufferBase += file->bufferPosition + *taken;
     file->bufferPosition = 0;
@@ -231,6 +236,10 @@ int memdata::primeDiskInput(fileIODescriptor* file, u64 size, bool sizeIsKnown) 
     else
         status = readUnsized(file);
     if (status != 0) return status;
+    if (sizeIsKnown && file->bufferEnd < std::min(size, file->bufferSize)) {
+        gFileState.openFailure = kCUT_SHORT;
+        return kREAD_FAILED;
+    }
     // Bytes that came behind the size while it was read are not part of it.
     if (atOnce || file->bufferEnd < file->bufferSize) file->eofState = kEND_OF_CONTENTS;
     file->logicalSize = sizeIsKnown && !atOnce ? size : file->bufferEnd;

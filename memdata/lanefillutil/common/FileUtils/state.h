@@ -19,12 +19,13 @@ enum class TemporaryKind : u8 {
 };
 
 struct FileStateType {
-    u32 defaultAttributes = kOVERWRITING_REFUSED;           // written by SetDefaultFileAttributes
-    bool outputEnabled = true;                              // written by EnabledPutLineOutput
-    bool journalingEnabled = false;                         // written by EnabledJournaling
-    fileIODescriptor* openFiles = nullptr;                  // all open files but StandardOut, newest first
-    std::string outputFileNameBuffer;                       // the name that OpenDiskFile built last
-    u32 temporaryCount = 0;                                 // makes the names of temporaries differ
+    u32 defaultAttributes = kOVERWRITING_REFUSED; // written by SetDefaultFileAttributes
+    bool outputEnabled = true;                    // written by EnabledPutLineOutput
+    bool journalingEnabled = false;               // written by EnabledJournaling
+    fileIODescriptor* openFiles = nullptr;        // all open files but StandardOut, newest first
+    std::string outputFileNameBuffer;             // the name that OpenDiskFile built last
+    const char* openFailure = nullptr; // why the latest disk file could not be opened, when its alert does not tell it
+    u32 temporaryCount = 0;            // makes the names of temporaries differ
     TemporaryKind temporaryKind = TemporaryKind::kNAMELESS; // the best one to try; changed by tests only
 };
 extern FileStateType gFileState;

@@ -65,16 +65,16 @@ int putText(fileIODescriptor* file, const char* text) {
 
 } // namespace
 
-int memdata::failOutput(fileIODescriptor* file) {
+int memdata::failOutput(fileIODescriptor* file, const char* cause) {
     if (file->writeStatus == 0) {
         file->writeStatus = 1; // ahead of the alert, which may come back here through the journal
-        PrintError(kERROR_CREATING_FILE, 1, file->name);
+        PrintError(kERROR_MESSAGE_STRING, 1, formatted("File '%s' can not be written: %s.", file->name, cause));
     }
     return file->status = file->writeStatus;
 }
 
 int memdata::moveDiskOutput(fileIODescriptor* file, int) {
-    if (!writeSystemFile(file, file->buffer, file->bufferPosition)) return failOutput(file);
+    if (!writeSystemFile(file, file->buffer, file->bufferPosition)) return failOutput(file, causeText(errno));
     file->bufferBase += file->bufferPosition;
     file->bufferPosition = 0;
     return 0;
@@ -88,7 +88,7 @@ int memdata::outputBlock(fileIODescriptor* file, const char* bytes, u64 count) {
         if (goesToDiskUnbuffered(file, count)) {
             if (file->bufferPosition != 0)
                 if (int status = file->mover(file, 0); status != 0) return status;
-            if (!writeSystemFile(file, bytes, count)) return failOutput(file);
+            if (!writeSystemFile(file, bytes, count)) return failOutput(file, causeText(errno));
             file->bufferBase += count;
             break;
         }

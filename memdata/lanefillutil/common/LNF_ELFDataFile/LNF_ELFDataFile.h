@@ -41,6 +41,7 @@ public:
     int GetSectionData(unsigned long index, DataFileSectionTypeX<unsigned long>* section) override;
     const char* GetSectionName(unsigned long index) override; // null for an index that does not exist
     int IsMatchingProcessorType(unsigned long mask) override;
+    int CheckUnchanged() override;
 
     // Write to an open output. Status: 0; 3 nothing is open here; 7; else that of the first write that failed.
     // DumpELF writes a banner, and with kDUMP_ELF_HEADERS all headers.

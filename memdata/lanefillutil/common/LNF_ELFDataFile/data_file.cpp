@@ -13,9 +13,9 @@ namespace {
 
 using namespace memdata;
 
-constexpr int kOPEN_STATUS = 1;
 constexpr int kDAMAGED_STATUS = 2;
 constexpr int kOTHER_PROCESSOR_STATUS = 23;
+constexpr const char* kCHANGED = "it was changed or cut short while it was read";
 
 // Machines whose software runs on certain processors only; all others pass.
 struct MachineProcessors {
@@ -64,7 +64,7 @@ int LNF_ELFDataFile::OpenDataFile(fileSpecType* spec, const char*, unsigned) {
     case WholeFile::kREAD:
         return read_(spec->fullName, image_.data(), image_.size());
     case WholeFile::kCANNOT_OPEN:
-        return PrintError(kERROR_OPENING_FILE, kOPEN_STATUS, spec->fullName);
+        return reportUnopened(spec->fullName, reason);
     default:
         return refuse(spec->fullName, reason);
     }
@@ -90,7 +90,8 @@ int LNF_ELFDataFile::read_(const char* name, const char* bytes, u64 byteCount) {
         int status = OpenMemoryFile(name, kBINARY_READ_WHOLE, const_cast<char*>(bytes), byteCount, &file);
         if (status == 0) status = makeReader_(name, bytes, byteCount);
         if (status == 0) status = elf->readElfData(bytes, byteCount);
-        if (status == kDAMAGED_STATUS && elf != nullptr) refuse(name, elf->failureReason());
+        if (status == kDAMAGED_STATUS && elf != nullptr)
+            refuse(name, image_.isUnchanged() ? elf->failureReason() : kCHANGED);
         if (status != 0) return closeImage_(), status;
     } catch (const std::bad_alloc&) {
         closeImage_();
@@ -187,6 +188,10 @@ int LNF_ELFDataFile::getEitherSectionData(
 
 const char* LNF_ELFDataFile::GetSectionName(unsigned long index) {
     return elf == nullptr ? nullptr : elf->getSectionName(index);
+}
+
+int LNF_ELFDataFile::CheckUnchanged() {
+    return image_.isUnchanged() ? 0 : refuse(GetDataFileName(), kCHANGED);
 }
 
 int LNF_ELFDataFile::IsMatchingProcessorType(unsigned long mask) {

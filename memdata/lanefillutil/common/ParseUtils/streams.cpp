@@ -183,7 +183,8 @@ int open_source_file(fileSpecType* spec, const char* extension, const parse_stre
         SearchAndOpenDiskReadFile(spec, extension, "", gPP_include_path_list, attributes | kQUIET_OPEN, file);
     if (status != 1) return status;
     parse_stream* active = activeContext(parent);
-    return PrintErrorLocation(active, kERROR_OPENING_FILE, 1, active->lastToken, spec->fullName);
+    PrintErrorLocation(active, kERROR_OPENING_FILE, 1, active->lastToken, spec->fullName);
+    return memdata::reportCause(spec->fullName, false);
 }
 
 const parse_stream* queue_place(const parse_stream* context) {

@@ -78,7 +78,7 @@ int fillLane(BitLaneGridElemType* element, LNF_DataFile* file) {
         if (status == 0) status = storeSection(file->GetDataFileName(), element, section);
         dropCursors(element->lane);
     }
-    return status;
+    return status != 0 ? status : file->CheckUnchanged();
 }
 
 } // namespace memdata

@@ -113,6 +113,7 @@ int translateDataFile(LNF_DataFile* file, BDSwitchDataType* request, AddressMapp
     if (status == kNO_SPACE_STATUS && names == nullptr) return explainNoSpace(file, mapping);
     if (status != 0) return status;
     status = transform_data_file_segments(file, request, eligible.get(), &walk->nextStart, ignoreUnmapped);
+    if (status == 0) return file->CheckUnchanged();
     const bool isOfOther = status == kOTHER_PROCESSOR_STATUS && eligible.get()->addressMaps != nullptr &&
                            file->IsMatchingProcessorType(firstMapProcessors(eligible.get())) == status;
     return isOfOther ? explainOtherProcessor(file, mapping, eligible.get()->addressMaps) : status;

@@ -66,17 +66,21 @@ int DoELFDumps(CmdStringOptionsType* options) {
     targets.toStandardOut = options->dumpFile == nullptr && options->outputMemFile == nullptr;
     int status = openTarget(options->outputMemFile, "mem", &targets.mem);
     if (status == 0) status = openTarget(options->dumpFile, "dmp", &targets.listing);
+    bool isDumped = false;
     int missing = 0; // status of the first file that could not be opened; the others are dumped all the same
     for (BDSwitchDataType* node = options->bdList; status == 0 && node != nullptr; node = node->next) {
         OpenFile in;
         const int opened = OpenDiskFile(node->dataFile, "", "elf", "", kBINARY_READ_WHOLE, in.out());
         if (opened == kNO_MEMORY_STATUS) return opened;
         if (missing == 0) missing = opened;
-        if (in != nullptr) status = dumpOpened(in.get(), options->dumpMask, targets);
+        if (in == nullptr) continue;
+        status = dumpOpened(in.get(), options->dumpMask, targets);
+        isDumped = true;
     }
     for (const OpenFile* target : {&targets.mem, &targets.listing})
         if (status == 0) status = checkTarget(*target);
     if (status != 0) return status;
+    if (!isDumped && missing != 0) return missing; // an old file is not replaced by nothing
 
     for (OpenFile* target : {&targets.mem, &targets.listing})
         if (int closed = closeTarget(target); status == 0) status = closed;

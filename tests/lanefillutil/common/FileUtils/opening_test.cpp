@@ -25,6 +25,11 @@ std::string creatingAlert(const std::string& name) {
            "    isn't write protected or being locked by another application.\n\n";
 }
 
+// Behind an alert that does not tell the cause.
+std::string causeAlert(const std::string& name, const std::string& cause) {
+    return "\nERROR:Lanefill:86 - File '" + name + "' can not be " + cause + ".\n\n";
+}
+
 std::string overwritingAlert(const std::string& name) {
     return "\nERROR:Lanefill:117 - File '" + name +
            "' already exists, and an attempt was made to overwrite it.\n"
@@ -68,8 +73,9 @@ TEST_F(Opening, AQuietFailureReportsNothing) {
 
 TEST_F(Opening, ADirectoryIsNoInput) {
     const std::string name = folder.path().string();
-    EXPECT_EQ(refused(name, kTEXT_READ), openingAlert(name));
-    EXPECT_EQ(refused(name, kBINARY_READ_WHOLE), openingAlert(name));
+    const std::string alerts = openingAlert(name) + causeAlert(name, "read: Is a directory");
+    EXPECT_EQ(refused(name, kTEXT_READ), alerts);
+    EXPECT_EQ(refused(name, kBINARY_READ_WHOLE), alerts);
 }
 
 TEST_F(Opening, ADirectoryIsNoOutput) {
@@ -156,8 +162,8 @@ TEST_F(Opening, ANameOfTheGreatestLengthIsWritten) {
 
 TEST_F(Opening, ANameThatIsTooLongIsReported) {
     const std::string name = folder.file(std::string(5000, 'n'));
-    EXPECT_EQ(refused(name, kTEXT_WRITE), creatingAlert(name));
-    EXPECT_EQ(refused(name, kTEXT_READ), openingAlert(name));
+    EXPECT_EQ(refused(name, kTEXT_WRITE), creatingAlert(name) + causeAlert(name, "created: File name too long"));
+    EXPECT_EQ(refused(name, kTEXT_READ), openingAlert(name) + causeAlert(name, "read: File name too long"));
 }
 
 TEST_F(Opening, DefaultAttributesAreAddedToThoseOfTheFile) {

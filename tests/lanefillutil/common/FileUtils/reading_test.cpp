@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "file_test.h"
+#include "support/alerts.h"
 #include "support/allocation_faults.h"
 
 #include <fstream>
@@ -36,6 +37,22 @@ protected:
         return result;
     }
 };
+
+TEST_F(Reading, AFileThatIsCutShortMeanwhileIsAFailureAndNoEnd) {
+    RegisterSystemToolName("Lanefill");
+    const std::string name = folder.write("long", std::string(250'000, 'x') + "\nend\n");
+    for (const u32 attributes : {kTEXT_READ, kREAD_ACCESS | kBINARY_FILE}) {
+        folder.write("long", std::string(250'000, 'x') + "\nend\n");
+        fileIODescriptor* file = open(name, attributes);
+        std::filesystem::resize_file(name, 150'000);
+        CapturedAlerts alerts;
+        std::string block(250'000, '?');
+        EXPECT_EQ(inputBlock(file, block.data(), block.size()), kREAD_FAILED);
+        EXPECT_EQ(alerts.text(),
+            "\nERROR:Lanefill:86 - File '" + name + "' can not be read: it was cut short while it was read.\n\n");
+        Close_File(&file);
+    }
+}
 
 TEST_F(Reading, AllFourLineEndsAreOneEndEach) {
     EXPECT_EQ(lines("a\nb\n"), "[a][b]");

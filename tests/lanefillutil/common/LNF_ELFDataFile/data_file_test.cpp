@@ -25,6 +25,15 @@ const ElfFile kTWO_SEGMENTS = {
 
 class ElfDataFile : public ElfTest {};
 
+TEST_F(ElfDataFile, AFileThatIsCutShortAfterItsOpeningIsChanged) {
+    ASSERT_EQ(open(ElfFile{.segments = {{.address = 0x1000, .bytes = {1, 2, 3}}}}), 0);
+    EXPECT_EQ(elf->CheckUnchanged(), 0);
+    EXPECT_EQ(said(), "");
+    std::filesystem::resize_file(folder.file("a.elf"), 60);
+    EXPECT_EQ(elf->CheckUnchanged(), 2);
+    EXPECT_EQ(said(), refusal("it was changed or cut short while it was read"));
+}
+
 TEST_F(ElfDataFile, SegmentsComeWithAddressAndBytesInEveryClassAndByteOrder) {
     for (const Shape& shape : kSHAPES) {
         ElfFile file = kTWO_SEGMENTS;

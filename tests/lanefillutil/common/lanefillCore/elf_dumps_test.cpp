@@ -122,6 +122,13 @@ TEST_F(ElfDumps, PassOverAFileThatIsNotThereAndEndWithItsStatus) {
     EXPECT_THAT(file("out.mem"), HasSubstr("@00002000\n"));
 }
 
+TEST_F(ElfDumps, OfNoFileAtAllLeaveNoOutput) {
+    add(folder.file("no.elf"));
+    memTo("out");
+    EXPECT_EQ(DoELFDumps(&options), 1);
+    EXPECT_EQ(folder.listing(), "");
+}
+
 TEST_F(ElfDumps, OfADamagedFileLeaveNoOutput) {
     add(elf("a.elf", 0x1000, {1}));
     add(folder.write("bad.elf", "\177ELF"));
@@ -159,7 +166,7 @@ TEST_F(ElfDumps, ToAFullDiskAreAStatus) {
     std::filesystem::create_symlink("/dev/full", folder.file("out.mem"));
     memTo("out");
     EXPECT_EQ(DoELFDumps(&options), 1);
-    EXPECT_THAT(alerts.text(), HasSubstr("can not be created"));
+    EXPECT_THAT(alerts.text(), HasSubstr("can not be written: No space left on device."));
 }
 
 TEST_F(ElfDumps, ThatRunOutOfMemoryGiveAStatusAndLoseNothing) {

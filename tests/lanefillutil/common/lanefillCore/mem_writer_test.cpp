@@ -502,7 +502,8 @@ TEST_F(MemWriter, StopsWhenTheDiskIsFullInTheMiddle) {
     ASSERT_EQ(storeBytes(space, 0, Bytes(8192, 0x11)), 0);
     std::filesystem::create_symlink("/dev/full", folder.file("ram_1.mem"));
     EXPECT_EQ(write(), 1);
-    EXPECT_THAT(alerts.text(), HasSubstr("'" + folder.file("ram_1.mem") + "' can not be created"));
+    EXPECT_THAT(
+        alerts.text(), HasSubstr("'" + folder.file("ram_1.mem") + "' can not be written: No space left on device."));
     EXPECT_TRUE(std::filesystem::is_symlink(folder.file("ram_1.mem")));
     EXPECT_EQ(folder.listing(), "ram_0.mem\nram_1.mem\n");
 }

@@ -48,6 +48,10 @@ public:
     // 0 when the file's processor is among the mask's processor types, or when it tells none; else 23.
     virtual int IsMatchingProcessorType(unsigned long mask) { return static_cast<void>(mask), 0; }
 
+    // Asked when all data was taken: whether it was that of one state of the file. Status 0; 2 with an alert that names
+    // the file.
+    virtual int CheckUnchanged() { return 0; }
+
     // Of the file's name, without its dot; empty when there is none.
     const char* GetDataFileExtension() const { return fileSpec == nullptr ? "" : fileSpec->extension; }
 
