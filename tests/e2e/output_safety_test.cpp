@@ -35,6 +35,10 @@ protected:
                "    isn't write protected or being locked by another application.\n"
                "\n";
     }
+    // Of an output that breaks off.
+    static std::string cannotWrite(const std::string& name) {
+        return "\nERROR:Lanefill:86 - File '" + name + "' can not be written: No space left on device.\n\n";
+    }
 };
 
 TEST_F(OutputSafety, AMissingFolderIsReported) {
@@ -133,7 +137,7 @@ TEST_F(OutputSafety, AFullDeviceIsReported) {
     std::filesystem::create_symlink("/dev/full", folder_.file("out.bmm"));
     const ToolResult result = run({"-w", "-bm", "soc.bmm", "-o", "p", "out.bmm"});
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out, cannotCreate("out.bmm"));
+    EXPECT_EQ(result.out, cannotWrite("out.bmm"));
     EXPECT_TRUE(std::filesystem::is_symlink(folder_.file("out.bmm")));
 }
 
@@ -144,7 +148,7 @@ TEST_F(OutputSafety, AFileThatBreaksOffLeavesTheEarlierOne) {
     const std::string names = folder_.listing();
     const ToolResult result = run({"-w", "-bm", "soc.bmm", "-bd", "full.mem", "-bx"}, {.maxFileBytes = 4096});
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.out, HasSubstr("ERROR:Lanefill:2 - File './cpu.ram_0.mem' can not be created"));
+    EXPECT_THAT(result.out, HasSubstr("File './cpu.ram_0.mem' can not be written: File too large.\n"));
     EXPECT_EQ(read("cpu.ram_0.mem"), earlier);
     EXPECT_EQ(folder_.listing(), names);
     expectInputsUntouched();
@@ -158,7 +162,7 @@ TEST_F(OutputSafety, AFileThatBreaksOffLeavesNothing) {
         words.insert(words.end(), output.begin(), output.end());
         const ToolResult result = run(words, {.maxFileBytes = 256});
         EXPECT_NE(result.status, 0) << output.back();
-        EXPECT_THAT(result.out, HasSubstr("ERROR:Lanefill:2 - ")) << output.back();
+        EXPECT_THAT(result.out, HasSubstr(" can not be written: File too large.\n")) << output.back();
         EXPECT_EQ(folder_.listing(), names) << output.back();
     }
 }
@@ -175,7 +179,7 @@ TEST_F(OutputSafety, AFullDiskKeepsFinishedFilesAndNoPieces) {
     if (!result.out.starts_with("mounted\n"))
         GTEST_SKIP() << "skipped: no small disk can be mounted here: " << result.all();
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out, "mounted\n" + cannotCreate("disk/cpu.ram_2.mem") + "cpu.ram_0.mem\ncpu.ram_1.mem\n 5A\n");
+    EXPECT_EQ(result.out, "mounted\n" + cannotWrite("disk/cpu.ram_2.mem") + "cpu.ram_0.mem\ncpu.ram_1.mem\n 5A\n");
 }
 
 // Standard output.

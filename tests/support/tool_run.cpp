@@ -38,6 +38,8 @@ bool takeSetting(const ToolSetting& setting, const std::string& outFile, const s
     if (nothing < 0 || dup2(nothing, STDIN_FILENO) < 0) return false;
     if (!setting.folder.empty() && chdir(setting.folder.c_str()) != 0) return false;
     if (setting.maxFileBytes != 0 && !limitFiles(setting.maxFileBytes)) return false;
+    for (const auto& [name, value] : setting.environment)
+        if (setenv(name.c_str(), value.c_str(), 1) != 0) return false;
     return !setting.isPlainUser || becomePlainUser();
 }
 

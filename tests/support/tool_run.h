@@ -4,6 +4,7 @@
 #define MEMDATA_TESTS_SUPPORT_TOOL_RUN_H
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -19,10 +20,11 @@ struct ToolResult {
 
 // How a program is started. No shell is in between: words reach it as they are.
 struct ToolSetting {
-    std::filesystem::path folder = {}; // where it runs; empty: here
-    std::string outFile = {};          // takes standard output in place of the result
-    unsigned long maxFileBytes = 0;    // not 0: a longer file can not be written
-    bool isPlainUser = false;          // for root: runs without root's rights
+    std::filesystem::path folder = {};                   // where it runs; empty: here
+    std::string outFile = {};                            // takes standard output in place of the result
+    unsigned long maxFileBytes = 0;                      // not 0: a longer file can not be written
+    bool isPlainUser = false;                            // for root: runs without root's rights
+    std::map<std::string, std::string> environment = {}; // more variables, by name
 };
 
 // The built tool.

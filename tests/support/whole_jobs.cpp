@@ -103,7 +103,7 @@ const std::vector<WholeJob>& wholeJobs() {
         {"RbtReplacement", {"-w", "-bm", "soc.bmm", "-bd", "app.elf", "-bt", "top.rbt", "-o", "b", "out/new.bit"}},
         {"Check", {"check", "checked.bit", "-bm", "soc.bmm", "-bd", "app.elf"}, true},
         {"MapTable", {"map", "soc.bmm"}, true},
-        {"DeviceTables", {"devices", "td6a24", "--json"}, true},
+        {"DeviceTables", {"devices", "--json"}, true},
     };
     return kJOBS;
 }
