@@ -35,6 +35,9 @@ struct FaultKind {
     void (*fail)(u64 n);
     u64 (*count)();
 };
+std::ostream& operator<<(std::ostream& out, const FaultKind& kind) {
+    return out << kind.name;
+}
 const FaultKind kKINDS[] = {
     {"Tracked", failTrackedAllocation, trackedAllocationCount},
     {"New", failNew, newCount},
