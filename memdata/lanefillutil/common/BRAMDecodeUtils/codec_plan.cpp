@@ -47,15 +47,18 @@ u64 merged(u64 old, u64 word, u64 mask) {
     return old ^ ((old ^ word) & mask);
 }
 
-// Visits word w of each row of a batch with visit(words[w of the row], at), from word firstWord of the rows on; at is
+// Visits the words of a window in each row of a batch with visit(word, at, byteCount, mask). firstWord is the first; at is
 // where the word's bytes stand, by startOf(row). The number of its bytes comes as a constant for all words but odd ends.
 template<u64 maxWords>
 [[gnu::always_inline]] inline void visitWords(Batch<maxWords>& batch, u64 firstWord, const CodecWindow& window,
     std::span<const CodecGroup::Row> rows, auto startOf, auto visit) {
     const auto visitWord = [&](u64 word, auto byteCount) {
-        u64* const column = &batch.words[stepTo(firstWord + word)];
-        for (u64 i = 0; i < rows.size(); ++i)
-            visit(column[i % 64 * 4 + i / 64], startOf(rows[i]) + word * 8, byteCount, window.mask[word]);
+        const u64 mask = window.mask[word];
+        for (u64 first = 0; first < rows.size(); first += 64) {
+            u64* const column = &batch.words[stepTo(firstWord + word) + first / 64];
+            const auto half = rows.subspan(first, std::min<u64>(64, rows.size() - first));
+            for (u64 i = 0; i < half.size(); ++i) visit(column[i * 4], startOf(half[i]) + word * 8, byteCount, mask);
+        }
     };
     const u64 whole = window.bytes / 8;
     for (u64 word = 0; word < whole; ++word) visitWord(word, std::integral_constant<u64, 8>());
