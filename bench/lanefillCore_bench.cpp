@@ -18,6 +18,7 @@
 #include <ctime>
 #include <list>
 #include <numeric>
+#include <span>
 #include <vector>
 
 namespace {
@@ -125,6 +126,7 @@ public:
         std::iota(data_.begin(), data_.end(), u8{0});
     }
     u64 byteCount() const { return data_.size(); }
+    std::span<const u8> data() const { return data_; }
     void operator()() {
         memdata::transformSegment("bench.elf", space_.get(), 0, data_.data(), data_.size(), path_);
         benchmark::ClobberMemory();
@@ -138,7 +140,10 @@ private:
 
 class CopyWork {
 public:
-    explicit CopyWork(u64 byteCount) : data_(byteCount, 1), copy_(byteCount) {}
+    explicit CopyWork(u64 byteCount) : own_(byteCount, 1), data_(own_), copy_(byteCount) {}
+    explicit CopyWork(std::span<const u8> data) : data_(data), copy_(data.size()) {} // as warm as its owner leaves it
+    CopyWork& operator=(CopyWork&&) = delete;                                        // neither copied nor moved
+
     u64 byteCount() const { return data_.size(); }
     void operator()() {
         std::memcpy(copy_.data(), data_.data(), data_.size());
@@ -146,7 +151,8 @@ public:
     }
 
 private:
-    std::vector<u8> data_;
+    std::vector<u8> own_;
+    std::span<const u8> data_;
     std::vector<u8> copy_;
 };
 
@@ -186,7 +192,7 @@ void transformAgainstMemcpy(
     benchmark::State& state, const Shape& shape, memdata::TransformPath path, const Mark& mark) {
     const memdata::SystemResources resources;
     TransformWork transform(shape, static_cast<u64>(state.range(0)) * kMIB, path);
-    CopyWork copy(transform.byteCount());
+    CopyWork copy(transform.data());
     double transformSeconds = 0;
     double copySeconds = 0;
     for (auto _ : state) {
