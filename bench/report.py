@@ -250,10 +250,11 @@ def cells(record):
 HEAD = ["", "figure", "ratio", "mark", "met"]
 
 
-def heading(report):
-    machine = report["machine"]
+def machine_line(facts):
+    machine = facts["machine"]
+    busy = " (busy: times are too long)" if machine["load_before"] > machine["cores"] / 2 else ""
     return (f"{machine['processor']}, {machine['cores']} cores, {machine['architecture']}; load {machine['load_before']}"
-            f" before the run; {report['rounds']} rounds; {report['date']}; commit {report['commit']}")
+            f" before the run{busy}; {facts['rounds']} rounds; {facts['date']}; commit {facts['commit']}")
 
 
 def summary(report):
@@ -279,7 +280,7 @@ def table(report):
         name, figure, ratio, mark, met = (cell.ljust(width) for cell, width in zip(line, widths))
         return f"  {name}  {figure.strip().rjust(widths[1])}  {ratio}  {mark}  {met}".rstrip()
 
-    text = [heading(report), laid_out(HEAD)]
+    text = [machine_line(report), laid_out(HEAD)]
     for group, records in groups_of(report).items():
         text.append(group)
         text += [laid_out(cells(record)) for record in records]
@@ -287,7 +288,7 @@ def table(report):
 
 
 def markdown(report):
-    text = [heading(report) + ".", ""]
+    text = [machine_line(report) + ".", ""]
     for group, records in groups_of(report).items():
         text += [f"| {group} | figure | ratio | mark | met |", "| --- | ---: | --- | --- | --- |"]
         text += ["| " + " | ".join(cells(record)) + " |" for record in records]
@@ -295,12 +296,20 @@ def markdown(report):
     return "\n".join(text + [summary(report) + "."])
 
 
-def with_table(document, report):
-    """The document with the table between its two marks renewed."""
-    begin, end = document.find(TABLE_BEGIN), document.find(TABLE_END)
-    if begin < 0 or end < begin:
-        raise Problem(f"there is no '{TABLE_BEGIN}' with '{TABLE_END}' behind it")
-    return document[:begin] + TABLE_BEGIN + "\n" + markdown(report) + "\n" + document[end:]
+def with_table(document, head, text):
+    """The document with what stands between a head and the next end of a table renewed."""
+    begin = document.find(head)
+    end = document.find(TABLE_END, begin)
+    if begin < 0 or end < 0:
+        raise Problem(f"there is no '{head}' with '{TABLE_END}' behind it")
+    return f"{document[:begin]}{head}\n{text}\n{document[end:]}"
+
+
+def renew_document(head, text):
+    with open(DOCUMENT, encoding="utf-8") as file:
+        document = with_table(file.read(), head, text)
+    with open(DOCUMENT, "w", encoding="utf-8") as file:
+        file.write(document)
 
 
 def say(text):
@@ -345,10 +354,7 @@ def run(words):
         say(f"written: {os.path.relpath(name)}")
     print(table(report))
     if options.markdown:
-        with open(DOCUMENT, encoding="utf-8") as file:
-            document = with_table(file.read(), report)
-        with open(DOCUMENT, "w", encoding="utf-8") as file:
-            file.write(document)
+        renew_document(TABLE_BEGIN, markdown(report))
     return 1 if report["problems"] else 0
 
 
