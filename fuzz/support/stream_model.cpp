@@ -270,7 +270,7 @@ private:
             if (start + frames.reach() > data.size()) continue;
             Bytes changed = data;
             frames.write(changed, start, images);
-            model_.differences += changed != data ? 1 : 0;
+            model_.differences += changed != data ? 1U : 0U;
             if (model_.job == StreamModel::REPLACEMENT) data = std::move(changed);
             ++model_.reached[i];
         }
