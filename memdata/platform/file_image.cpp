@@ -6,13 +6,11 @@
 
 #include "platform/run_inputs.h"
 
-#include <csignal>
 #include <cstdint>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
@@ -32,82 +30,26 @@ u64 pageBytes() {
 
 namespace memdata {
 
-// All images that are mapped now, for the handler. It only runs when a byte of one is read, so never while this list
-// changes.
-class MappedImages {
-public:
-    static void add(FileImage* image) { image->nextMapped_ = std::exchange(first_, image); }
-
-    static void remove(FileImage* image) {
-        FileImage** link = &first_;
-        while (*link != image) link = &(*link)->nextMapped_;
-        *link = image->nextMapped_;
-    }
-
-    // Puts zeros from the page of an address to the end of its image. False when the address lies in no image.
-    static bool replaceLostPages(const void* address) {
-        const auto place = reinterpret_cast<std::uintptr_t>(address);
-        for (FileImage* image = first_; image != nullptr; image = image->nextMapped_) {
-            const auto begin = reinterpret_cast<std::uintptr_t>(image->mapping_);
-            if (place < begin || place - begin >= image->mappingBytes_) continue;
-            image->hasLostPages_ = true;
-            const u64 kept = (place - begin) / pageBytes() * pageBytes();
-            return ::mmap(image->mapping_ + kept, image->mappingBytes_ - kept, PROT_READ,
-                       MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) != MAP_FAILED;
-        }
-        return false;
-    }
-
-private:
-    static inline FileImage* first_ = nullptr;
-};
-
-namespace {
-
-// A fault that is not ours comes again, and ends the process as it would have.
-void onBusError(int, siginfo_t* facts, void*) {
-    if (!MappedImages::replaceLostPages(facts->si_addr)) std::signal(SIGBUS, SIG_DFL);
-}
-
-} // namespace
-
-void surviveLostPages() {
-    struct sigaction action {};
-    action.sa_sigaction = onBusError;
-    action.sa_flags = SA_SIGINFO;
-    ::sigaction(SIGBUS, &action, nullptr);
-}
-
-bool FileImage::stateOf_(int descriptor, FileState* state) {
-    struct stat facts {};
-    if (::fstat(descriptor, &facts) != 0) return false;
-    *state = {static_cast<u64>(facts.st_size), facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec};
-    return true;
-}
-
 bool FileImage::map_(const std::string& name) {
     const int descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) return false;
     noteRunInput(descriptor);
+    FileState state{};
     void* pages = MAP_FAILED;
-    if (stateOf_(descriptor, &state_) && state_.byteCount > 0)
-        pages = ::mmap(nullptr, static_cast<size_t>(state_.byteCount), PROT_READ, MAP_PRIVATE, descriptor, 0);
+    if (fileStateOf(descriptor, &state) && state.byteCount > 0)
+        pages = ::mmap(nullptr, static_cast<size_t>(state.byteCount), PROT_READ, MAP_PRIVATE, descriptor, 0);
     if (pages == MAP_FAILED) {
         ::close(descriptor);
         return false;
     }
-    mapping_ = static_cast<char*>(pages);
-    mappingBytes_ = state_.byteCount;
+    mapping_ = {static_cast<char*>(pages), state.byteCount, state, false, nullptr};
     descriptor_ = descriptor;
-    hasLostPages_ = false;
-    MappedImages::add(this);
+    startWatching(&mapping_);
     return true;
 }
 
 bool FileImage::isUnchanged() const {
-    if (mapping_ == nullptr) return true;
-    FileState now;
-    return !hasLostPages_ && stateOf_(descriptor_, &now) && now == state_;
+    return !isMapped() || memdata::isUnchanged(mapping_, descriptor_);
 }
 
 WholeFile FileImage::open(const std::string& name, std::string* reason, u64 limit) {
@@ -117,13 +59,12 @@ WholeFile FileImage::open(const std::string& name, std::string* reason, u64 limi
 }
 
 void FileImage::close() {
-    if (mapping_ != nullptr) {
-        MappedImages::remove(this);
-        ::munmap(mapping_, mappingBytes_);
+    if (isMapped()) {
+        stopWatching(&mapping_);
+        ::munmap(mapping_.begin, mapping_.byteCount);
         ::close(descriptor_);
     }
-    mapping_ = nullptr;
-    mappingBytes_ = 0;
+    mapping_ = {};
     std::string().swap(unpacked_);
 }
 

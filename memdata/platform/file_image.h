@@ -4,6 +4,7 @@
 #define MEMDATA_PLATFORM_FILE_IMAGE_H
 
 #include "platform/BasicTypes.h"
+#include "platform/watched_mapping.h"
 #include "platform/whole_file.h"
 
 #include <string>
@@ -27,37 +28,20 @@ public:
     void close();
 
     // Stay until close; null when there are none. Not to be written to.
-    const char* data() const { return mapping_ != nullptr ? mapping_ : unpacked_.data(); }
-    u64 size() const { return mapping_ != nullptr ? mappingBytes_ : unpacked_.size(); }
-    bool isMapped() const { return mapping_ != nullptr; }
-    // Whether the bytes were those of one state of the file from open to now. Always so for what was copied.
+    const char* data() const { return isMapped() ? mapping_.begin : unpacked_.data(); }
+    u64 size() const { return isMapped() ? mapping_.byteCount : unpacked_.size(); }
+    bool isMapped() const { return mapping_.begin != nullptr; }
+    // Whether the bytes were those of one state of the file from open to now. Always so for what was copied. See
+    // watched_mapping.h for pages that are lost.
     bool isUnchanged() const;
 
 private:
-    friend class MappedImages;
-    struct FileState {
-        u64 byteCount = 0;
-        i64 seconds = 0; // of the last change
-        i64 nanoseconds = 0;
-        bool operator==(const FileState&) const = default;
-    };
-
     bool map_(const std::string& name);
-    static bool stateOf_(int descriptor, FileState* state);
 
-    char* mapping_ = nullptr;
-    u64 mappingBytes_ = 0;
+    WatchedMapping mapping_{};
     int descriptor_ = -1; // of the mapped file
-    FileState state_;     // when it was mapped
-    bool hasLostPages_ = false;
-    FileImage* nextMapped_ = nullptr;
     std::string unpacked_;
 };
-
-// Installs a handler for the whole process, for programs: a library leaves the signals of its host alone. A page of an
-// image that the system can not give, because the file was cut short or its disk failed, then reads as zeros, and
-// isUnchanged is false. Without the handler it ends the process (SIGBUS). One thread.
-void surviveLostPages();
 
 // Bytes of a mapped image that are not needed for now: the memory that they take in the process is given back. They
 // stay readable and come from the file again.

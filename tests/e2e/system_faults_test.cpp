@@ -229,6 +229,30 @@ TEST_F(SystemFaults, ACutFileIsNamed) {
     }
 }
 
+// Large bit files are mapped, window after window: whole pages are lost.
+TEST_F(SystemFaults, ALargeBitFileThatIsCutShortIsReportedAndLeavesTheOldFile) {
+    const std::string make = std::string(MEMDATA_BUILD_DIR) + "/lanefill-mkbit";
+    ASSERT_EQ(runProgram(make, {"--device", "tq7a5", "-o", folder_.file("large.bit")}).status, 0); // 1.8 MB
+    folder_.write("large.bmm", "ADDRESS_SPACE ram RAMB32 [0x1000:0x2FFF]\n"
+                               "  BUS_BLOCK top/hi [15:8] LOC = X0Y3; top/lo [7:0] LOC = X0Y4; END_BUS_BLOCK;\n"
+                               "END_ADDRESS_SPACE;\n");
+    inputs_ = filesIn(folder_.path());
+    const WholeJob job{
+        "Large", {"-w", "-bm", "large.bmm", "-bd", "app.elf", "-bt", "large.bit", "-o", "b", "out/new.bit"}};
+    const ToolResult good = run(job);
+    ASSERT_EQ(good.status, 0) << good.all();
+    const Files goodFiles = filesIn(out_);
+    const Fault fault{"mmap", "cut"};
+    restore();
+    std::vector<unsigned long> places(countOf(job, fault));
+    EXPECT_GE(places.size(), 3u);
+    std::iota(places.begin(), places.end(), 1);
+    EXPECT_EQ(sweep(job, fault, places, good, goodFiles), "");
+    restore();
+    EXPECT_THAT(runWith(job, fault, places.size()).out,
+        HasSubstr("File 'large.bit' can not be read: it was changed or cut short while it was read.\n"));
+}
+
 // An end from outside.
 
 TEST_F(SystemFaults, AKilledRunLeavesTheOldOrTheNewFileAtEveryPoint) {

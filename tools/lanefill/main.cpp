@@ -6,7 +6,7 @@
 #include "help_command.h"
 #include "hosts/standalone/standalone_host.h"
 #include "map_command.h"
-#include "platform/file_image.h"
+#include "platform/watched_mapping.h"
 #include "progress_bar.h"
 #include "run_command.h"
 

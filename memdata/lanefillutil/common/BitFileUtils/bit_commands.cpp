@@ -117,6 +117,12 @@ int copyRest(fileIODescriptor* input, fileIODescriptor* output) {
     }
 }
 
+// What a file that another program changed meanwhile gave is no result, and explains a failure.
+int checkInput(const BitInput& input, int status) {
+    const int changed = checkInputUnchanged(input.file.get());
+    return status != 0 ? status : changed;
+}
+
 // The output takes its name only when all of it is written.
 int finish(OpenFile& output) {
     fileIODescriptor* file = output.release();
@@ -152,6 +158,7 @@ int DoBITDump(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flags, Addr
     if (!isTerminal(dump)) stage.emplace(stageText("Dumping", input.file.get()), GetFileLogicalSize(input.file.get()));
     if (status == 0)
         status = OutputBITData(input.file.get(), nullptr, dump, input.device, flags, &input.dataLength, addressMapping);
+    status = checkInput(input, status);
     if (status != 0) return status;
     if (stage) stage->finish();
     return outputSpec != nullptr ? finish(output) : Flush_File(&StandardOut);
@@ -177,6 +184,7 @@ int DoBITReplacement(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flag
     if (status == 0)
         status = replaceStream(input.file.get(), output.get(), input.device, flags, input.dataLength, addressMapping);
     if (status == 0) status = copyRest(input.file.get(), output.get());
+    status = checkInput(input, status);
     if (status != 0) return status;
     stage.finish();
     return finish(output);
@@ -214,8 +222,8 @@ int memdata::checkBitFile(fileSpecType* inputSpec, AddressMappingType* addressMa
     SetupUpdateProgress(0, nullptr);
     unmarkLanes(addressMapping);
     ProgressStage stage(stageText("Checking", input.file.get()), 2 * GetFileLogicalSize(input.file.get()));
-    const int status =
-        checkStream(input.file.get(), output.get(), input.device, &input.dataLength, addressMapping, check);
+    const int status = checkInput(
+        input, checkStream(input.file.get(), output.get(), input.device, &input.dataLength, addressMapping, check));
     if (status == 0) stage.finish();
     return status;
 }

@@ -8,8 +8,7 @@
 // A text ends at its last byte, or ahead of the first 0xFF.
 //
 // Large binary inputs on disk are not copied: the buffer is a window mapped over the file, without the spare bytes.
-// Another program that cuts such a file short while it is open ends the process, as mapped files do; replacing the
-// file by rename does no harm.
+// See platform/watched_mapping.h for other programs that change such a file while it is open.
 //
 // Outputs to regular files appear whole or not at all: see opening.h.
 // SPDX-License-Identifier: Apache-2.0
@@ -18,6 +17,7 @@
 
 #include "FileUtils/attributes.h"
 #include "StringUtils/format.h"
+#include "platform/watched_mapping.h"
 
 #include <cstdio>
 
@@ -46,14 +46,15 @@ struct fileIODescriptor {
     char* textLine;   // start of the current line, in the buffer; null when there is none
     u32 lineCount;    // lines read so far
     // From here on the record is this module's own.
-    u64 textEnd;                // inputs: index of the end mark of a text, else bufferEnd
-    u8 ownsBuffer;              // the buffer goes with the file
-    u64 nameCapacity;           // characters that fit the memory of the name
-    i32 writeStatus;            // outputs: the first failure, which every later call repeats
-    char* targetName;           // outputs that replace a file: its name, links followed; else null
-    char* temporaryName;        // ... where the contents stand until then; null when they have no name
-    u64 mappedBytes;            // inputs: of the file, that the buffer is mapped over; 0 when it is memory
-    fileIODescriptor* nextOpen; // the list of all open files
+    u64 textEnd;                    // inputs: index of the end mark of a text, else bufferEnd
+    u8 ownsBuffer;                  // the buffer goes with the file
+    u64 nameCapacity;               // characters that fit the memory of the name
+    i32 writeStatus;                // outputs: the first failure, which every later call repeats
+    char* targetName;               // outputs that replace a file: its name, links followed; else null
+    char* temporaryName;            // ... where the contents stand until then; null when they have no name
+    u64 mappedBytes;                // inputs: of the file, that the buffer is mapped over; 0 when it is memory
+    memdata::WatchedMapping window; // that mapping, with the state of the file at its opening
+    fileIODescriptor* nextOpen;     // the list of all open files
     fileIODescriptor* previousOpen;
 };
 
@@ -143,6 +144,9 @@ int inputBlock(fileIODescriptor* file, char* bytes, u64 count);
 // there without another move of it, one at least, up to limit bytes (not below unitBytes). They stay until the next
 // read. Status as inputByte when no whole unit is left; nothing is taken then.
 int inputPiece(fileIODescriptor* file, u64 unitBytes, u64 limit, const char** bytes, u64* count);
+// Asked when all bytes of an input were taken: whether they were those of one state of the file. Status 0, also for what
+// was copied; 1 when they were not, reported.
+int checkInputUnchanged(fileIODescriptor* file);
 // Writes bytes as they are in one block: no formatting, no newline translation. Status as outputByte.
 int outputBlock(fileIODescriptor* file, const char* bytes, u64 count);
 // Drops an unfinished file and nulls the pointer: an output leaves no trace, a file that it was to replace stays

@@ -39,6 +39,9 @@ int mapWindow(fileIODescriptor* file, u64 position) {
     file->filePosition = start + bytes;
     file->textLine = nullptr;
     markTextEnd(file, bytes);
+    file->window.begin = file->buffer;
+    file->window.byteCount = bytes;
+    startWatching(&file->window);
     return 0;
 }
 
@@ -52,13 +55,25 @@ int moveMappedInput(fileIODescriptor* file, int) {
 } // namespace
 
 bool memdata::primeMappedInput(fileIODescriptor* file, u64 size) {
-    if (isText(file) || size <= kWINDOW_BYTES) return false;
+    if (isText(file) || size <= kWINDOW_BYTES || !fileStateOf(fileno(file->stream), &file->window.state)) return false;
     file->logicalSize = size;
-    if (mapWindow(file, 0) != 0) return false;
+    if (mapWindow(file, 0) != 0) {
+        file->window = {};
+        return false;
+    }
     file->mover = moveMappedInput;
     return true;
 }
 
 void memdata::unmapWindow(fileIODescriptor* file) {
-    if (const u64 bytes = std::exchange(file->mappedBytes, 0); bytes != 0) munmap(file->buffer, bytes);
+    const u64 bytes = std::exchange(file->mappedBytes, 0);
+    if (bytes == 0) return;
+    stopWatching(&file->window);
+    munmap(file->buffer, bytes);
+}
+
+int memdata::checkInputUnchanged(fileIODescriptor* file) {
+    if (file->mappedBytes == 0 || isUnchanged(file->window, fileno(file->stream))) return 0;
+    failInput(file, "it was changed or cut short while it was read");
+    return 1;
 }

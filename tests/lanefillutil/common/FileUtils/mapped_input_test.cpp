@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "file_test.h"
+#include "platform/watched_mapping.h"
+#include "support/alerts.h"
 
+#include <csignal>
 #include <unistd.h>
 
 namespace {
@@ -79,7 +82,38 @@ TEST_F(MappedInput, OfAFileThatIsCutWhileItIsOpenEndsThere) {
     ASSERT_EQ(truncate(name.c_str(), 1'500'000), 0);
     EXPECT_TRUE(bytesOf(file) == contents.substr(0, 1'500'000));
     EXPECT_EQ(file->status, kEND_OF_CONTENTS);
+    RegisterSystemToolName("Lanefill");
+    const CapturedAlerts alerts;
+    EXPECT_EQ(checkInputUnchanged(file), 1);
     Close_File(&file);
+}
+
+TEST_F(MappedInput, OfAFileThatIsLeftAloneIsUnchanged) {
+    fileIODescriptor* file = open(folder.write("large", numbers(2'500'000)), kBINARY_READ);
+    EXPECT_EQ(bytesOf(file).size(), 2'500'000u);
+    EXPECT_EQ(checkInputUnchanged(file), 0);
+    Close_File(&file);
+}
+
+TEST_F(MappedInput, WhosePagesAreLostGivesZerosAndIsRefusedAfterwards) {
+    surviveLostPages();
+    RegisterSystemToolName("Lanefill");
+    const std::string contents = numbers(1'500'000);
+    const std::string name = folder.write("large", contents);
+    fileIODescriptor* file = open(name, kBINARY_READ);
+    ASSERT_NE(file->mappedBytes, 0u);
+    ASSERT_EQ(truncate(name.c_str(), 500'000), 0);
+    std::string read(1'000'000, '?');
+    EXPECT_EQ(inputBlock(file, read.data(), read.size()), 0);
+    EXPECT_TRUE(read.substr(0, 500'000) == contents.substr(0, 500'000));
+    EXPECT_EQ(read.back(), '\0');
+    ASSERT_EQ(truncate(name.c_str(), 1'500'000), 0);
+    CapturedAlerts alerts;
+    EXPECT_EQ(checkInputUnchanged(file), 1);
+    EXPECT_EQ(alerts.text(), "\nERROR:Lanefill:86 - File '" + name +
+                                 "' can not be read: it was changed or cut short while it was read.\n\n");
+    Close_File(&file);
+    std::signal(SIGBUS, SIG_DFL);
 }
 
 TEST_F(MappedInput, PiecesAreWholeUnitsAndTogetherTheFile) {
