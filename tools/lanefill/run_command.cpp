@@ -9,6 +9,7 @@
 #include "option_string.h"
 #include "progress_bar.h"
 
+#include <cstdio>
 #include <new>
 
 namespace memdata {
@@ -77,7 +78,8 @@ int exitStatusOf(int status) {
 }
 
 int reportExhaustedMemory() {
-    printError("memory is exhausted");
+    // Without a word to the host, which may be what there was no memory for.
+    std::fputs("lanefill: memory is exhausted\n", stderr);
     return kEXHAUSTED_STATUS;
 }
 

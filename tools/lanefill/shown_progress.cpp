@@ -71,7 +71,9 @@ ShownProgress::ShownProgress() {
 }
 
 ShownProgress::~ShownProgress() {
-    if (bar_) standaloneHost().setProgressDisplay(nullptr);
+    if (!bar_) return;
+    bar_->clear();
+    standaloneHost().setProgressDisplay(nullptr);
 }
 
 } // namespace memdata

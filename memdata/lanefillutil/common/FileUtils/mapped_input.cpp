@@ -74,6 +74,6 @@ void memdata::unmapWindow(fileIODescriptor* file) {
 
 int memdata::checkInputUnchanged(fileIODescriptor* file) {
     if (file->mappedBytes == 0 || isUnchanged(file->window, fileno(file->stream))) return 0;
-    failInput(file, "it was changed or cut short while it was read");
-    return 1;
+    return PrintError(kERROR_MESSAGE_STRING, 1,
+        formatted("File '%s' can not be read: it was changed or cut short while it was read.", file->name));
 }

@@ -363,7 +363,8 @@ TEST_F(AlertLog, AFailureToWriteTheLogIsSaidBehindTheAlert) {
     open();
     const std::string longText(1000000, 'x'); // more than the log's buffer holds
     EXPECT_EQ(PrintError(kERROR_MESSAGE_STRING, 9, longText), 9);
-    EXPECT_THAT(alerts.text(), StartsWith("\nERROR:Lanefill:86 - " + longText + "\n\n\nERROR:Lanefill:2 - File '"));
+    EXPECT_THAT(alerts.text(), StartsWith("\nERROR:Lanefill:86 - " + longText + "\n\n\nERROR:Lanefill:86 - File '"));
+    EXPECT_THAT(alerts.text(), EndsWith("run.log' can not be written: No space left on device.\n\n"));
     CloseJournalingFile();
     EXPECT_EQ(count_of("ERROR", alerts.text()), 2u);
 }
