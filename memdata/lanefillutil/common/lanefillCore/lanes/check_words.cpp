@@ -3,6 +3,8 @@
 #include "lanefillCore/lanes/check_words.h"
 
 #include "SystemUtils/bits.h"
+#include "lanefillCore/lanes/bit_stream.h"
+#include "lanefillCore/lanes/bus_fields.h"
 #include "lanefillCore/lanes/check_table.h"
 #include "lanefillCore/lanes/ecc_codes.h"
 #include "lanefillCore/lanes/ecc_lanes.h"
@@ -21,43 +23,57 @@ constexpr u64 kCHECK_BITS = 9;        // of the longest code
 constexpr u64 kRUN_WORDS = 512;       // at a time: their check values stay in the first cache
 constexpr u64 kTABLE_PAYS_WORDS = 64; // shorter runs are over before a table would be made
 
-// One bus word of byteCount bytes, the first byte most significant.
-EndianConvert::UInt128 busWordAt(const u8* bytes, u64 byteCount) {
+// The word at the stream's next bit, as the lanes hold it logically: with mirrored lanes, each lane's bits turned round.
+EndianConvert::UInt128 logicalWord(const BusBlockType* block, const BitStream& stream) {
     EndianConvert::UInt128 word{0, 0};
-    if (byteCount == 8) {
-        std::memcpy(&word.low, bytes, 8);
-        word.low = __builtin_bswap64(word.low);
-        return word;
-    }
-    for (u64 i = 0; i < byteCount; ++i) word = {word.high << 8 | word.low >> 56, word.low << 8 | bytes[i]};
+    forEachBusField(block, [&](const BusField& field) {
+        BitStream at = stream;
+        at.skip(field.firstBit);
+        const u64 value = at.take(field.bits);
+        accumulate_bus_width_value(field.bits, field.mirror ? reverseDataBits(field.bits, value) : value, &word);
+    });
     return word;
 }
 
-// The bus word as the lanes hold it logically: with mirrored lanes, each lane's bits turned round.
-EndianConvert::UInt128 mirroredLanes(const u8* bytes, u64 laneCount, unsigned dataBits) {
-    EndianConvert::UInt128 word{0, 0};
-    for (u64 i = 0; i < laneCount; ++i) {
-        const u64 lane = reverseDataBits(dataBits, busWordAt(bytes + i * dataBits / 8, dataBits / 8).low);
-        accumulate_bus_width_value(dataBits, lane, &word);
+// The check values of a block's bus words.
+class WordChecks {
+public:
+    WordChecks(const BusBlockType* block, bool byteSwap) : block_(block), byteSwap_(byteSwap) {}
+
+    u16 of(const BitStream& stream) const {
+        const u32 type = block_->eccType;
+        return static_cast<u16>(eccCheckValue(type, eccInput(type, byteSwap_, logicalWord(block_, stream))));
     }
-    return word;
+    u16 ofBytes(const u8* word) const { return of(BitStream(word, word + CheckTable::kMAX_BUS_BYTES, 0)); }
+
+private:
+    const BusBlockType* block_;
+    bool byteSwap_;
+};
+
+// Each bit of a word has a check value of its own. Lanes of 64 bits merge with what is in the bus word already.
+bool fitsTable(const BusBlockType* block, u64 wordBits) {
+    bool merges = false;
+    forEachBusField(block, [&](const BusField& field) { merges = merges || (field.bits == 64 && field.firstBit > 0); });
+    return !merges && wordBits <= CheckTable::kMAX_BUS_BYTES * 8;
 }
 
-// The word at bytes, as the lanes hold it.
-EndianConvert::UInt128 logicalWord(const BusBlockType* block, const u8* bytes, unsigned dataBits) {
-    const bool mirror = block->lanes[0]->bitOrdering == kBIT_ORDERING_ASCENDING;
-    return mirror ? mirroredLanes(bytes, block->laneCount, dataBits)
-                  : busWordAt(bytes, block->laneCount * dataBits / 8);
+// Words of wordBits bits, each moved to a byte of its own.
+void packWords(BitStream stream, u64 wordBits, u64 words, u8* bytes) {
+    for (; words > 0; --words) {
+        u64 left = wordBits;
+        for (; left >= 8; left -= 8) *bytes++ = static_cast<u8>(stream.take(8));
+        if (left > 0) *bytes++ = static_cast<u8>(stream.take(static_cast<unsigned>(left)) << (8 - left));
+    }
 }
 
 // Check lanes whose words stand in whole bytes.
 bool plainCheckLanes(const BusBlockType* block, u64 words) {
-    if (block->eccLaneCount > block->laneCount) return false; // some have no cursor
     return std::all_of(block->eccLanes, block->eccLanes + block->eccLaneCount, [=](const BitLaneGridElemType* element) {
         const unsigned slotBits = laneSlotBits(laneDataBits(element));
         const BufferChunkAccess* access = element->lane->dataChunks;
-        return element->parityWidth == 0 && (slotBits == 8 || slotBits == 16) && access->bitOffset == 0 &&
-               access->GetNumberBufferBitsRemaining() >= words * slotBits;
+        return access != nullptr && element->parityWidth == 0 && (slotBits == 8 || slotBits == 16) &&
+               access->bitOffset == 0 && access->GetNumberBufferBitsRemaining() >= words * slotBits;
     });
 }
 
@@ -89,34 +105,52 @@ void appendPieces(BitLaneGridElemType* element, u64 down, std::span<const u16> c
     element->lane->laneState += static_cast<u32>(checks.size());
 }
 
-void storeCheckWords(BusBlockType* block, const CheckTable& table, const u8* bytes, u64 words, u64 busBytes) {
+void storeChecks(BusBlockType* block, bool plain, std::span<const u16> checks) {
+    if (!plain) {
+        for (const u16 check : checks) appendCheckValue(block, check);
+        return;
+    }
+    u64 taken = 0; // bits, from the top of eccBusWidth
+    for (u64 i = 0; i < block->eccLaneCount; ++i) {
+        taken += block->eccLanes[i]->laneWidth;
+        appendPieces(block->eccLanes[i], block->eccBusWidth - taken, checks);
+    }
+}
+
+// Stores the check values of words, run by run, as checksOf(stream, span of values) gives them.
+void storeRuns(BusBlockType* block, BitStream stream, u64 wordBits, u64 words, const auto& checksOf) {
+    const bool plain = plainCheckLanes(block, words);
     std::array<u16, kRUN_WORDS> values;
     while (words > 0) {
         const std::span<u16> run(values.data(), std::min<u64>(words, values.size()));
-        table.checksOf(bytes, run);
-        u64 taken = 0; // bits, from the top of eccBusWidth
-        for (u64 i = 0; i < block->eccLaneCount; ++i) {
-            taken += block->eccLanes[i]->laneWidth;
-            appendPieces(block->eccLanes[i], block->eccBusWidth - taken, run);
-        }
-        bytes += run.size() * busBytes;
+        checksOf(stream, run);
+        storeChecks(block, plain, run);
+        stream.skip(run.size() * wordBits);
         words -= run.size();
     }
 }
 
 } // namespace
 
-void transformCheckWords(BusBlockType* block, const u8* bytes, u64 words, unsigned dataBits, bool byteSwapEcc) {
-    const u64 busBytes = block->laneCount * dataBits / 8;
-    if (words >= kTABLE_PAYS_WORDS && plainCheckLanes(block, words)) {
-        const CheckTable table(busBytes, [=](const u8* word) {
-            return eccCheckValue(
-                block->eccType, eccInput(block->eccType, byteSwapEcc, logicalWord(block, word, dataBits)));
+void transformCheckWords(BusBlockType* block, const BufferChunkAccess* source, u64 words, bool byteSwapEcc) {
+    const WordChecks checks(block, byteSwapEcc);
+    const u64 wordBits = busWordBits(block);
+    const BitStream stream(source);
+    if (words < kTABLE_PAYS_WORDS || !fitsTable(block, wordBits))
+        return storeRuns(block, stream, wordBits, words, [&](BitStream at, std::span<u16> run) {
+            for (u16& check : run) {
+                check = checks.of(at);
+                at.skip(wordBits);
+            }
         });
-        return storeCheckWords(block, table, bytes, words, busBytes);
-    }
-    for (; words > 0; --words, bytes += busBytes)
-        transform_bus_access_ECC_value(block, byteSwapEcc, logicalWord(block, bytes, dataBits));
+
+    const CheckTable table((wordBits + 7) / 8, [&](const u8* word) { return checks.ofBytes(word); });
+    storeRuns(block, stream, wordBits, words, [&](const BitStream& at, std::span<u16> run) {
+        if (wordBits % 8 == 0 && at.nextBit() % 8 == 0) return table.checksOf(at.bytes() + at.nextBit() / 8, run);
+        std::array<u8, kRUN_WORDS * CheckTable::kMAX_BUS_BYTES> packed;
+        packWords(at, wordBits, run.size(), packed.data());
+        table.checksOf(packed.data(), run);
+    });
 }
 
 } // namespace memdata

@@ -7,10 +7,9 @@
 
 namespace memdata {
 
-// Appends the check values of bus words to the block's check lanes. The words stand in bytes one after the
-// other, the first byte most significant; each has laneCount lanes of dataBits bits (8 to 64, whole bytes) and
-// no more than 128 bits in all.
-void transformCheckWords(BusBlockType* block, const u8* bytes, u64 words, unsigned dataBits, bool byteSwapEcc);
+// Appends the check values of bus words to the block's check lanes. The words stand one after the other from the
+// source's cursor on, which holds so many; each is of lanes of 1 to 64 data bits.
+void transformCheckWords(BusBlockType* block, const BufferChunkAccess* source, u64 words, bool byteSwapEcc);
 
 } // namespace memdata
 

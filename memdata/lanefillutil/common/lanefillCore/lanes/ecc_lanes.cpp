@@ -38,11 +38,7 @@ EndianConvert::UInt128 eccInput(u32 eccType, bool byteSwap, EndianConvert::UInt1
     }
 }
 
-} // namespace memdata
-
-void transform_bus_access_ECC_value(BusBlockType* block, bool byteSwap, EndianConvert::UInt128 value) {
-    if (block->eccType == kECC_NONE) return;
-    const u64 check = memdata::eccCheckValue(block->eccType, memdata::eccInput(block->eccType, byteSwap, value));
+void appendCheckValue(BusBlockType* block, u64 check) {
     u64 taken = 0; // bits, from the top of eccBusWidth
     for (u64 i = 0; i < block->eccLaneCount; ++i) {
         BitLaneGridElemType* element = block->eccLanes[i];
@@ -51,4 +47,12 @@ void transform_bus_access_ECC_value(BusBlockType* block, bool byteSwap, EndianCo
         const u64 piece = down < 64 ? check >> down : 0;
         appendWord(element, piece & getBitMask(static_cast<unsigned>(element->laneWidth)));
     }
+}
+
+} // namespace memdata
+
+void transform_bus_access_ECC_value(BusBlockType* block, bool byteSwap, EndianConvert::UInt128 value) {
+    if (block->eccType == kECC_NONE) return;
+    memdata::appendCheckValue(
+        block, memdata::eccCheckValue(block->eccType, memdata::eccInput(block->eccType, byteSwap, value)));
 }

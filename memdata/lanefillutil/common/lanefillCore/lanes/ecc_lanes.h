@@ -16,6 +16,9 @@ namespace memdata {
 // The word that a code sees: in the other byte order with byteSwap, cut to the low 32 bits for type 1.
 EndianConvert::UInt128 eccInput(u32 eccType, bool byteSwap, EndianConvert::UInt128 word);
 
+// Appends a check value to the block's ECC lanes.
+void appendCheckValue(BusBlockType* block, u64 check);
+
 } // namespace memdata
 
 #endif

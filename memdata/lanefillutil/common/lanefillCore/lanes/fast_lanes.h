@@ -1,8 +1,9 @@
 // fast_lanes.h - whole bus words of a block, many at once. Same results as the plain form, word by word.
 // SPDX-License-Identifier: Apache-2.0
 //
-// Lanes that are all alike, without parity bits and of 8, 16, 32 or 64 bits, go by moving bytes; of 1, 2 or 4 bits
-// byte by byte of each lane; all others as a stream of bits. Both orders of bits and bytes, with check lanes or without.
+// Lanes that are all alike, without parity bits and of 8, 16, 32 or 64 bits, go by moving bytes; all others as a stream
+// of bits, lane by lane, several words at once where they fill a byte of their lane. Both orders of bits and bytes, with
+// check lanes or without.
 #ifndef MEMDATA_LANEFILL_CORE_FAST_LANES_H
 #define MEMDATA_LANEFILL_CORE_FAST_LANES_H
 

@@ -2,16 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "lanefillCore/lanes/narrow_gather.h"
 
-#include <algorithm>
 #include <array>
 
 namespace memdata {
 namespace {
 
-constexpr u64 kTILE_BYTES = 8192; // of the source at a time: stays in the first cache over all lanes
-
-// As many words as fill a byte of a lane are as many bytes of the source as there are lanes. So the words of the next
-// byte of a lane stand at the same bits, that many bytes on.
+// As many words as fill a byte of the lane are whole bytes of the source. So the words of the lane's next byte stand at
+// the same bits, that many bytes on.
 struct Field {
     u64 byte;
     unsigned shift;
@@ -53,31 +50,21 @@ void mirrorFields(u8* at, u64 byteCount) {
 }
 
 template<unsigned kBITS>
-void gather(bool mirrorBits, const u8* source, u64 firstBit, std::span<u8* const> lanes, u64 byteCount) {
-    const u64 stride = lanes.size();
-    const u64 tileBytes = std::max<u64>(1, kTILE_BYTES / stride); // of each lane
-    for (u64 done = 0; done < byteCount; done += tileBytes) {
-        const u64 count = std::min(tileBytes, byteCount - done);
-        u64 bit = firstBit;
-        for (u8* lane : lanes) {
-            gatherLane<kBITS>(fieldsOf<kBITS>(bit, stride * kBITS), source + done * stride, stride, lane + done, count);
-            if (mirrorBits) mirrorFields<kBITS>(lane + done, count);
-            bit += kBITS;
-        }
-    }
+void gather(const NarrowForm& form, const u8* source, u64 firstBit, u8* lane, u64 byteCount) {
+    gatherLane<kBITS>(fieldsOf<kBITS>(firstBit, form.busBits), source, form.busBits / kBITS, lane, byteCount);
+    if (form.mirrorBits) mirrorFields<kBITS>(lane, byteCount);
 }
 
 } // namespace
 
-void gatherNarrowLanes(
-    unsigned laneBits, bool mirrorBits, const u8* source, u64 firstBit, std::span<u8* const> lanes, u64 byteCount) {
-    switch (laneBits) {
+void gatherNarrowLane(const NarrowForm& form, const u8* source, u64 firstBit, u8* lane, u64 byteCount) {
+    switch (form.laneBits) {
     case 1:
-        return gather<1>(mirrorBits, source, firstBit, lanes, byteCount);
+        return gather<1>(form, source, firstBit, lane, byteCount);
     case 2:
-        return gather<2>(mirrorBits, source, firstBit, lanes, byteCount);
+        return gather<2>(form, source, firstBit, lane, byteCount);
     default:
-        return gather<4>(mirrorBits, source, firstBit, lanes, byteCount);
+        return gather<4>(form, source, firstBit, lane, byteCount);
     }
 }
 

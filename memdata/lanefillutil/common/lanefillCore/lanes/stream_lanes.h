@@ -7,12 +7,9 @@
 
 namespace memdata {
 
-constexpr u64 kMAX_STREAM_LANES = 2048; // lanes of one bit on the widest bus
-
-// Stores words bus words from lane 0 on, check values too. The lanes of the block, no more than these, have 1 to 64
-// data bits and 0, 1, 2, 4 or 8 parity bits each; source and lanes hold so many words. The data cursors stay where they are, the source's too; parity and check lanes'
-// cursors move.
-void transformStreamWords(BusBlockType* block, const BufferChunkAccess* source, u64 words, bool byteSwapEcc);
+// Stores words bus words from lane 0 on. The lanes of the block have 1 to 64 data bits and 0, 1, 2, 4 or 8 parity bits
+// each; source and lanes hold so many words. All cursors stay where they are. Check values are left to the caller.
+void transformStreamWords(const BusBlockType* block, const BufferChunkAccess* source, u64 words);
 
 } // namespace memdata
 

@@ -326,6 +326,31 @@ TEST(FastLanes, GiveWhatThePlainFormGivesOverLongCheckedRuns) {
             }
 }
 
+// The same of words that are no whole bytes, have parity bits or are too wide for a table; and check lanes whose words
+// share a byte.
+TEST(FastLanes, GiveWhatThePlainFormGivesOverLongCheckedRunsOfOddWords) {
+    const SystemResources resources;
+    for (const u32 eccType : {1u, 4u, 5u})
+        for (const unsigned laneBits : {1u, 2u, 4u, 7u, 12u, 64u})
+            for (const u64 laneCount : {2ul, 3ul, 9ul, 32ul})
+                for (const unsigned parityBits : {0u, 1u, 4u})
+                    for (const std::vector<unsigned>& eccWidths : {std::vector{7u}, {4u}, {4u, 1u, 9u}}) {
+                        Shape shape{};
+                        shape.laneBits = laneBits;
+                        shape.parityBits = parityBits;
+                        shape.laneCount = laneCount;
+                        shape.blockCount = 1;
+                        shape.blockWords = 140;
+                        shape.ordering = laneCount % 2 == 0 ? kBIT_ORDERING_DESCENDING : kBIT_ORDERING_ASCENDING;
+                        shape.eccType = eccType;
+                        shape.eccWidths = eccWidths;
+                        shape.leOrder = eccType == 4;
+                        EXPECT_TRUE(segmentsThrough(shape, laneCount, TransformPath::kBY_SHAPE) ==
+                                    segmentsThrough(shape, laneCount, TransformPath::kPLAIN))
+                            << shape.text();
+                    }
+}
+
 // Runs that are longer than the way between two reports of progress.
 TEST(FastLanes, GiveWhatThePlainFormGivesOverSeveralSteps) {
     const SystemResources resources;
