@@ -29,6 +29,7 @@ int runCheckCommand(std::span<char* const> words) {
         std::string text;
         if (int status = optionTextOf(options, &text); status != 0) return status;
         const SystemResources resources;
+        if (resources.status() != 0) return finishPrinting(resources.status());
         const ShownProgress bar;
         const BitCheckRun run = runBitCheck(text.c_str());
         if (run.status == kHELP_WANTED) return printTopic("check");

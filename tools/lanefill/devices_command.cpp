@@ -5,10 +5,12 @@
 #include "DeviceTableUtils/DeviceTableUtils.h"
 #include "DeviceTableUtils/device_rows.h"
 #include "SystemUtils/lifetime.h"
+#include "console.h"
 
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <new>
 #include <string_view>
 
 namespace memdata {
@@ -169,7 +171,8 @@ int printText(const std::string& text) {
 std::vector<const TarselDeviceType*> everyDevice() {
     std::vector<const TarselDeviceType*> devices;
     device_iterator_type* iterator = create_device_record_iterator(true, true, true);
-    for (; iterator != nullptr && get_iterated_device_name(iterator) != nullptr; iterate_next_device_record(iterator)) {
+    if (iterator == nullptr) throw std::bad_alloc();
+    for (; get_iterated_device_name(iterator) != nullptr; iterate_next_device_record(iterator)) {
         const TarselDeviceType* device = get_iterated_device_record(iterator);
         if (devices.empty() || devices.back() != device) devices.push_back(device);
     }
@@ -214,6 +217,7 @@ std::string deviceDetails(const TarselDeviceType* device) {
 
 int runDevicesCommand(std::span<char* const> words) {
     const SystemResources resources;
+    if (resources.status() != 0) return finishPrinting(resources.status());
     if (words.size() > 1) return unknownWord(words[1]);
     const std::string_view word = words.empty() ? "" : words[0];
     if (word == "--json") {

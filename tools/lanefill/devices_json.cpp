@@ -15,6 +15,8 @@
 #include "devices_command.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <new>
 #include <rapidjson/filewritestream.h>
 #include <rapidjson/writer.h>
 #include <vector>
@@ -22,7 +24,20 @@
 namespace memdata {
 namespace {
 
-using JsonWriter = rapidjson::Writer<rapidjson::FileWriteStream>;
+// The writer's own one takes what it is given, also nothing.
+struct ThrowingAllocator {
+    static const bool kNeedFree = true; // the name that the writer looks for
+    static void* given(void* block) { return block != nullptr ? block : throw std::bad_alloc(); }
+    void* Malloc(size_t size) { return size == 0 ? nullptr : given(std::malloc(size)); }
+    void* Realloc(void* block, size_t, size_t size) {
+        if (size != 0) return given(std::realloc(block, size));
+        Free(block);
+        return nullptr;
+    }
+    static void Free(void* block) { std::free(block); }
+};
+using JsonWriter =
+    rapidjson::Writer<rapidjson::FileWriteStream, rapidjson::UTF8<>, rapidjson::UTF8<>, ThrowingAllocator>;
 
 constexpr size_t kBUFFER_BYTES = 1 << 16;
 

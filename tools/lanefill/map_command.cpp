@@ -146,6 +146,7 @@ int runMapCommand(std::span<char* const> words) {
         std::string text;
         if (int status = optionTextOf(options, &text); status != 0) return status;
         const SystemResources resources;
+        if (resources.status() != 0) return finishPrinting(resources.status());
         const ShownProgress bar;
         const int status = runOnOptions(text.c_str());
         return status == kHELP_WANTED ? printTopic("map") : exitStatusOf(status);

@@ -41,7 +41,7 @@ void tellWhatWasLeft() {
 }
 
 int execute(const std::string& text) {
-    RegisterSystemCommand(("lanefill " + text).c_str());
+    if (int status = RegisterSystemCommand(("lanefill " + text).c_str()); status != 0) return finishPrinting(status);
     OptionRun run;
     {
         const ShownProgress bar;
@@ -59,6 +59,7 @@ int runOptionWords(std::span<char* const> words) {
         std::string text;
         if (int status = optionTextOf(words, &text); status != 0) return status;
         const SystemResources resources;
+        if (resources.status() != 0) return finishPrinting(resources.status());
         return execute(text);
     } catch (const std::bad_alloc&) {
         return reportExhaustedMemory();

@@ -43,9 +43,14 @@ namespace memdata {
 // One engine lifetime as a scope: initialises on entry, finalises on exit.
 class SystemResources {
 public:
-    SystemResources() { InitializeSystemResources(); }
+    SystemResources() : status_(InitializeSystemResources()) {}
     ~SystemResources() { FinalizeSystemResources(); }
     SystemResources& operator=(SystemResources&&) = delete; // neither copied nor moved
+
+    int status() const { return status_; } // of the start; nothing may be run when it is not 0
+
+private:
+    int status_;
 };
 
 } // namespace memdata

@@ -37,6 +37,13 @@ std::string state() {
            ", look-up " + (gAlertMessageLookupArray == nullptr ? "none" : "some");
 }
 
+TEST_F(Lifetime, AStartWithoutMemoryIsTold) {
+    EXPECT_EQ(SystemResources().status(), 0);
+    failTrackedAllocation(1);
+    EXPECT_EQ(SystemResources().status(), 7);
+    EXPECT_EQ(SystemResources().status(), 0);
+}
+
 TEST_F(Lifetime, TheLastEndRunsTheFinalizationFunctions) {
     EXPECT_EQ(InitializeSystemResources(), 0);
     EXPECT_EQ(InitializeSystemResources(), 0);
