@@ -3,6 +3,8 @@
 #include "support/engine_run.h"
 
 #include "FileUtils/descriptor.h"
+#include "ParseUtils/limits.h"
+#include "ParseUtils/state.h"
 #include "SystemUtils/lifetime.h"
 #include "SystemUtils/memory.h"
 #include "hosts/standalone/standalone_host.h"
@@ -20,6 +22,9 @@
 namespace memdata::fuzz {
 
 namespace {
+
+constexpr u64 kLEFT_TEXT = u64{4} << 20; // bytes
+constexpr u64 kLEFT_TOKENS = 500'000;
 
 // The folder that runs stand in, made at the first input and gone with the process.
 class ScratchFolder {
@@ -82,6 +87,10 @@ EngineRun::EngineRun() {
     scratchFolder().enter();
     require(InitializeSystemResources() == 0, "the engine does not start");
     StandardOut.stream = silentStream();
+    // Loops and macros that run away end within a second here too, where all takes several times as long.
+    gParseState.usedPushedBytes = kMAX_PUSHED_BYTES - kLEFT_TEXT;
+    gParseState.usedRepeatedBytes = kMAX_REPEATED_BYTES - kLEFT_TEXT;
+    gParseState.usedRepeatedTokens = kMAX_REPEATED_TOKENS - kLEFT_TOKENS;
 }
 
 EngineRun::~EngineRun() {

@@ -55,6 +55,8 @@ int count_context(parse_stream* context, parse_stream* below) {
     const u64 bytes = static_cast<u64>(context->textEnd - context->textBegin);
     if (bytes > memdata::kMAX_PUSHED_BYTES - context->root->pushedBytes)
         return refuse(below, context, memdata::kERROR_TOO_MUCH_PUSHED_TEXT, memdata::kMAX_PUSHED_BYTES);
+    if (context->root->repeatedTokens > memdata::kMAX_REPEATED_TOKENS)
+        return refuse(below, context, memdata::kERROR_TOO_MANY_MACRO_TOKENS, memdata::kMAX_REPEATED_TOKENS);
     context->root->pushedBytes += bytes;
     return 0;
 }

@@ -20,6 +20,7 @@ DirectiveModes::~DirectiveModes() {
         if (context != context_ || context->contextId != contextId_) continue;
         context->parseModes = (context->parseModes & ~modeMask_) | (modes_ & modeMask_);
         context->contextState = (context->contextState & ~stateMask_) | (states_ & stateMask_);
+        return;
     }
 }
 

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kSYNTAX = 3;
 constexpr int kCLOSING_PRECEDENCE = 1;
+constexpr u32 kTOKENS_OF_STACKS = 8; // read in the time that making and filling the stacks takes
 
 struct PrecedenceRow {
     const token_type* type;
@@ -136,6 +137,17 @@ int reduce(StackType* operators, StackType* values) {
     return push_copy(values, result);
 }
 
+// Puts a value and the operator behind it on the stacks, and applies what binds at least as tight as that operator.
+int take_in(StackType* operators, StackType* values, long double operand, const token_type* op,
+    const token_type* const* terminators) {
+    int status = push_copy(values, operand);
+    if (status == 0) status = push_copy(operators, op);
+    while (status == 0 &&
+           Eval_Stack_TOS_Precedence(operators, terminators) <= Eval_Stack_NOS_Precedence(operators, terminators))
+        status = reduce(operators, values);
+    return status;
+}
+
 int refuse_depth(parse_stream* stream, const token_element* token) {
     return PrintErrorLocation(stream, kERROR_EXPRESSION_TOO_DEEP, kSYNTAX, token, kMAX_EXPRESSION_DEPTH);
 }
@@ -246,19 +258,24 @@ int Do_Sub_Expression(parse_stream* stream, token_element* token, unsigned depth
         *value = operand;
         return 0;
     }
+    // Nor do two with an operator between them, which most conditions and steps of loops are.
+    const long double first = operand;
+    const token_type* firstOperator = op;
+    if (int status = read_operand(stream, token, depth, &operand, &op, terminators); status != 0) return status;
+    if (ends_expression(op, terminators) && Get_Op_Precedence(firstOperator, terminators) >= kCLOSING_PRECEDENCE) {
+        *value = Do_Binary_Op(first, firstOperator, operand);
+        return 0;
+    }
+    stream->root->fileTokens += kTOKENS_OF_STACKS;
     StackOwner operators(Stack_Create());
     StackOwner values(Stack_Create());
     if (operators == nullptr || values == nullptr) return 7;
+    int status = take_in(operators.get(), values.get(), first, firstOperator, terminators);
     for (;;) {
-        int status = push_copy(values.get(), operand);
-        if (status == 0) status = push_copy(operators.get(), op);
-        while (status == 0 && Eval_Stack_TOS_Precedence(operators.get(), terminators) <=
-                                  Eval_Stack_NOS_Precedence(operators.get(), terminators))
-            status = reduce(operators.get(), values.get());
+        if (status == 0) status = take_in(operators.get(), values.get(), operand, op, terminators);
         if (status != 0) return status;
         if (ends_expression(stacked_operator(operators.get(), 0), terminators)) break;
         status = read_operand(stream, token, depth, &operand, &op, terminators);
-        if (status != 0) return status;
     }
     *value = stacked_value(values.get(), 0);
     return 0;

@@ -26,7 +26,7 @@ inline constexpr Alert_message_type kERROR_EXPANSIONS_TOO_DEEP{
     0, "Macro '%s' can not be expanded, the limit of %ld nested expansions is reached."};
 
 // Text of macro bodies and rescans pushed while one stream is open. Arguments: the macro, the limit.
-inline constexpr u64 kMAX_PUSHED_BYTES = u64{64} << 20;
+inline constexpr u64 kMAX_PUSHED_BYTES = u64{128} << 20;
 inline constexpr Alert_message_type kERROR_TOO_MUCH_PUSHED_TEXT{
     0, "Macro '%s' can not be expanded, the limit of %ld bytes of macro text is reached."};
 
@@ -47,9 +47,19 @@ inline constexpr Alert_message_type kERROR_TOO_MANY_ITERATIONS{
 
 // Text that loops go back over while one stream is open: keeps loops inside loops from running for ever, each below
 // its own limit. Arguments: the directive, the limit.
-inline constexpr u64 kMAX_REPEATED_BYTES = u64{128} << 20;
+inline constexpr u64 kMAX_REPEATED_BYTES = u64{256} << 20;
 inline constexpr Alert_message_type kERROR_TOO_MUCH_REPEATED_TEXT{
     0, "The loop of '%s' can not go on, the limit of %lld bytes of repeated text is reached."};
+
+// Tokens that loops go back over, and those of macro bodies and rescans, while one stream is open: what reading takes
+// time for, however short the text. A loop over a million lanes stays below; one that runs away meets it in seconds.
+// Arguments: the directive or the macro, the limit.
+inline constexpr u64 kMAX_REPEATED_TOKENS = 100'000'000;
+inline constexpr u64 kTOKENS_OF_A_JUMP = 4; // what going back counts by itself
+inline constexpr Alert_message_type kERROR_TOO_MANY_REPEATED_TOKENS{
+    0, "The loop of '%s' can not go on, the limit of %lld repeated tokens is reached."};
+inline constexpr Alert_message_type kERROR_TOO_MANY_MACRO_TOKENS{
+    0, "Macro '%s' can not be expanded, the limit of %lld repeated tokens is reached."};
 
 } // namespace memdata
 

@@ -5,6 +5,7 @@
 #include "ParseUtils/limits.h"
 #include "SystemUtils/SystemUtils.h"
 
+#include <algorithm>
 #include <utility>
 
 using namespace memdata;
@@ -16,14 +17,28 @@ void go_to(parse_stream* stream, u64 position, u32 line) {
     set_stream_line_number(stream, line);
 }
 
-// Where the condition stands. What is read again is counted.
+// What is read again is counted: the text from the condition on, and its tokens, without those that a loop inside of
+// this one has counted.
+int count_repeated(parse_stream* stream, const PP_Directive_Element* loop) {
+    parse_stream* root = stream->root;
+    root->repeatedBytes += get_stream_position(stream) - loop->loopPosition;
+    const u64 begin = std::max(loop->tokensAtOpen, root->countedTokens);
+    root->repeatedTokens += root->fileTokens - begin + kTOKENS_OF_A_JUMP;
+    root->countedTokens = root->fileTokens;
+    if (root->repeatedBytes > kMAX_REPEATED_BYTES)
+        return PrintErrorLocation(stream, kERROR_TOO_MUCH_REPEATED_TEXT, kPREPROCESS_FAILURE, loop->directive,
+            loop->directive->text, kMAX_REPEATED_BYTES);
+    if (root->repeatedTokens > kMAX_REPEATED_TOKENS)
+        return PrintErrorLocation(stream, kERROR_TOO_MANY_REPEATED_TOKENS, kPREPROCESS_FAILURE, loop->directive,
+            loop->directive->text, kMAX_REPEATED_TOKENS);
+    return 0;
+}
+
 int go_to_condition(parse_stream* stream, const PP_Directive_Element* loop) {
-    const u64 from = get_stream_position(stream);
-    if (from > loop->loopPosition) stream->root->repeatedBytes += from - loop->loopPosition;
+    const bool goesBack = get_stream_position(stream) > loop->loopPosition;
+    const int status = goesBack ? count_repeated(stream, loop) : 0;
     go_to(stream, loop->loopPosition, loop->loopLine);
-    if (stream->root->repeatedBytes <= kMAX_REPEATED_BYTES) return 0;
-    return PrintErrorLocation(stream, kERROR_TOO_MUCH_REPEATED_TEXT, kPREPROCESS_FAILURE, loop->directive,
-        loop->directive->text, kMAX_REPEATED_BYTES);
+    return status;
 }
 
 int begin_round(parse_stream* stream, DirectiveOwner loop) {
@@ -42,6 +57,7 @@ bool is_for(const PP_Directive_Element* loop) {
 int open_loop(parse_stream* stream, token_element* token, DirectiveOwner loop, bool live) {
     loop->loopPosition = get_stream_position(stream);
     loop->loopLine = get_stream_line_number(stream);
+    loop->tokensAtOpen = stream->root->fileTokens;
     const token_type* const* terminators = is_for(loop.get()) ? forExpressionTerminators : whileExpressionTerminators;
     return test_loop_conditional_statement(stream, token, std::move(loop), terminators, live);
 }

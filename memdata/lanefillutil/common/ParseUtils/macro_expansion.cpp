@@ -16,6 +16,7 @@ using namespace memdata;
 
 namespace {
 
+constexpr u32 kSCOPES_OF_A_TOKEN = 4;     // looked through in the time of reading one
 constexpr u32 kLONGEST_PLAIN_NUMBER = 32; // longer ones are rare
 
 bool copies_layout(const parse_stream* context) {
@@ -71,7 +72,9 @@ int push_body(const char* name, parse_stream* stream, MacroElementType* macro, b
 bool becomes_number(parse_stream* stream, token_element* token, const MacroElementType* macro, int* status) {
     if (macro->kind != kSIMPLE_MACRO || macro->bodyLength == 0 || macro->bodyLength > kLONGEST_PLAIN_NUMBER)
         return false;
-    if (macro->bodyLength > kMAX_PUSHED_BYTES - stream->root->pushedBytes) return false; // refused when pushed
+    if (macro->bodyLength > kMAX_PUSHED_BYTES - stream->root->pushedBytes ||
+        stream->root->repeatedTokens > kMAX_REPEATED_TOKENS)
+        return false; // refused when pushed
     if (test_parse_modes(stream, kMODE_TRACE_TOKENS, true)) return false;
     const char* end = macro->body + macro->bodyLength;
     u32 radix = 0;
@@ -86,6 +89,8 @@ bool becomes_number(parse_stream* stream, token_element* token, const MacroEleme
 }
 
 bool expand_name(parse_stream* stream, token_element* token, bool quoted, int* status) {
+    // A name is looked for in the scopes of all macros around it.
+    stream->root->repeatedTokens += activeContext(stream)->expansionDepth / kSCOPES_OF_A_TOKEN;
     const symbol_entry* entry = lookup_context_symbol(token->text, false, stream->root->macroSymbols);
     if (entry == nullptr) return false;
     auto* macro = static_cast<MacroElementType*>(entry->value);

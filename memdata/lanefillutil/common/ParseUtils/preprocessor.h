@@ -16,7 +16,8 @@ struct PP_Directive_Element {
     u64 endPosition;          // offset behind the closing directive; 0 until it was first reached
     u32 endLine;              // line number there
     // From here on the record is this module's own.
-    u64 rounds; // of the loop, begun so far
+    u64 rounds;       // of the loop, begun so far
+    u64 tokensAtOpen; // fileTokens of the root when the loop was opened
 };
 
 // Folders that files are looked for in besides their own name, each with a "/" at its end; null for none. The list

@@ -20,6 +20,10 @@ struct ParseStateType {
     RuntimeType* runtimeTypes = nullptr;     // made by extend_token_symbol_set
     RuntimeWords* runtimeWords = nullptr;    // of all sets that have any
     std::string alertLine;                   // the source line that an alert is pointing into
+    // What streams count as used of their limits from the start (limits.h): a run that must end soon sets these.
+    u64 usedPushedBytes = 0;
+    u64 usedRepeatedBytes = 0;
+    u64 usedRepeatedTokens = 0;
     bool finalizerIsRegistered = false;
 };
 

@@ -61,6 +61,9 @@ int become_root(parse_stream* context, token_set* keywords) {
     context->root = context->current = context;
     context->isOnStack = true;
     context->keywords = keywords;
+    context->pushedBytes = gParseState.usedPushedBytes;
+    context->repeatedBytes = gParseState.usedRepeatedBytes;
+    context->repeatedTokens = gParseState.usedRepeatedTokens;
     context->contextStack = Stack_Create();
     context->directiveStack = Stack_Create();
     context->macroTable = create_symbol_table(kMACRO_TABLE_SIZE);

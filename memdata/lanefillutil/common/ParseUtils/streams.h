@@ -55,6 +55,9 @@ struct parse_stream {
     u32 includeDepth;            // files below and with this one; 0 in the root
     u32 expansionDepth;          // macro bodies and rescans below and with this one
     u64 repeatedBytes;           // in the root: text that loops went back over so far
+    u64 fileTokens;              // in the root: tokens scanned so far in texts other than macros and rescans
+    u64 countedTokens;           // in the root: of these, up to where loops have counted them as repeated
+    u64 repeatedTokens;          // in the root: tokens that loops went back over, and those of macros and rescans
     u32 nestedReads;             // in the root: tokens being read on behalf of tokens being read
     u32 openParentheses;         // in the root: of all expressions being evaluated
     u32 callLine;                // line in the context below at which this one was pushed

@@ -87,7 +87,7 @@ TEST_F(StreamPlaces, MacroTextIsCountedUpToTheLimit) {
     CapturedAlerts alerts;
     EXPECT_EQ(pushText(text, "b", kCONTEXT_RESCAN), 21);
     EXPECT_EQ(alerts.text(),
-        "\nERROR:Lanefill - Macro 'm' can not be expanded, the limit of 67108864 bytes of macro text is reached.\n"
+        "\nERROR:Lanefill - Macro 'm' can not be expanded, the limit of 134217728 bytes of macro text is reached.\n"
         "   Line #1, File \"text.bmm\".\na\n^\n\n");
 }
 

@@ -9,9 +9,9 @@ namespace memdata::testing {
 namespace {
 
 constexpr const char* kTEXT = "#define CAT(a, b) a##b #a\n"
-                              "#function SUM(x, y)\n#set R (x+y)\n#export R\n#if R > 2\nbig\n#return\n#endif\n"
+                              "#function SUM(x, y)\n#set R (x+y*1+0)\n#export R\n#if R > 2\nbig\n#return\n#endif\n"
                               "#endfunction\n"
-                              "#for i 0; i < 2; i i+1\nCAT(p, i) #{ i }\n#if i == 1\n#break\n#endif\n#endfor\n"
+                              "#for i 0; i + 0 < 2; i i+1*1\nCAT(p, i) #{ i }\n#if i == 1\n#break\n#endif\n#endfor\n"
                               "SUM(1, 2) R __LINE__\n#undef R\n#pragma comments enabled\n// c\n#emit R\n"
                               "#while defined(GONE)\n#endwhile\n";
 

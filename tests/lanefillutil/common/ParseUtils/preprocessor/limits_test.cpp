@@ -3,6 +3,7 @@
 #include "preprocess_test.h"
 
 #include "ParseUtils/directive_stack.h"
+#include "ParseUtils/state.h"
 
 namespace memdata::testing {
 namespace {
@@ -97,8 +98,8 @@ TEST_F(PreprocessLimits, MacrosPushSoMuchTextInOneRun) {
     const std::string text = "#define AB ab\nAB\n";
     EXPECT_EQ(readWith(text, &parse_stream::pushedBytes, kMAX_PUSHED_BYTES - 2), "ab");
     EXPECT_EQ(readWith(text, &parse_stream::pushedBytes, kMAX_PUSHED_BYTES - 1),
-        "status 21\nERROR:Lanefill - Macro 'AB' can not be expanded, the limit of 67108864 bytes of macro text is "
-        "reached.\n   Line #2, File \"text.bmm\".\nAB\n^\n\n");
+        "status 21\nERROR:Lanefill - Macro 'AB' can not be expanded, the limit of 134217728 bytes of macro text "
+        "is reached.\n   Line #2, File \"text.bmm\".\nAB\n^\n\n");
 }
 
 TEST_F(PreprocessLimits, MacrosThatDoubleEnd) {
@@ -116,8 +117,75 @@ TEST_F(PreprocessLimits, LoopsGoBackOverSoMuchText) {
     const u64 round = text.find("#endwhile") + 9 - 6; // from behind "#while" to behind "#endwhile"
     EXPECT_EQ(readWith("#set N 1\n" + text, &parse_stream::repeatedBytes, kMAX_REPEATED_BYTES - round), "x");
     EXPECT_EQ(readWith("#set N 1\n" + text, &parse_stream::repeatedBytes, kMAX_REPEATED_BYTES - round + 1),
-        "status 21\nERROR:Lanefill - The loop of '#while' can not go on, the limit of 134217728 bytes of repeated "
+        "status 21\nERROR:Lanefill - The loop of '#while' can not go on, the limit of 268435456 bytes of repeated "
         "text is reached.\n   Line #2, File \"text.bmm\".\n#while N\n^\n\n");
+}
+
+// Tokens of one round of a loop, of its condition and of what stands behind that, each way back with its own charge.
+constexpr const char* kLOOP = "#for i 0; i < 2; i i+1\nx\n#endfor\n";
+
+TEST_F(PreprocessLimits, LoopsGoBackOverSoManyTokens) {
+    TextReader reader(kLOOP);
+    EXPECT_EQ(joined(reader, reader.token()), "x x");
+    const u64 used = reader->repeatedTokens;
+    EXPECT_GT(used, 4 * kTOKENS_OF_A_JUMP + 2 * 10);
+    EXPECT_LT(used, u64{100});
+    EXPECT_EQ(readWith(kLOOP, &parse_stream::repeatedTokens, kMAX_REPEATED_TOKENS - used), "x x");
+    EXPECT_EQ(readWith(kLOOP, &parse_stream::repeatedTokens, kMAX_REPEATED_TOKENS - used + 1),
+        "x x status 21\nERROR:Lanefill - The loop of '#for' can not go on, the limit of " +
+            std::to_string(kMAX_REPEATED_TOKENS) +
+            " repeated tokens is reached.\n   Line #1, File \"text.bmm\".\n#for i 0; i < 2; i i+1\n^\n\n");
+}
+
+TEST_F(PreprocessLimits, TokensOfAnInnerLoopAreCountedOnce) {
+    const auto usedBy = [](const std::string& text) {
+        TextReader reader(text);
+        joined(reader, reader.token());
+        return reader->repeatedTokens;
+    };
+    const std::string inner = "#for j 0; j < 1000; j j+1\n#endfor\n";
+    const u64 alone = usedBy(inner);
+    const u64 nested = usedBy("#for i 0; i < 1; i i+1\n" + inner + "#endfor\n");
+    EXPECT_GT(nested, alone);
+    EXPECT_LT(nested, alone + 100);
+}
+
+TEST_F(PreprocessLimits, ATextWithoutLoopsAndMacrosRepeatsNothing) {
+    TextReader reader("#if 1\na b c\n#else\nd\n#endif\n");
+    EXPECT_EQ(joined(reader, reader.token()), "a b c");
+    EXPECT_EQ(reader->repeatedTokens, 0U);
+}
+
+TEST_F(PreprocessLimits, AMacroIsRefusedWhenTooManyTokensWereRepeated) {
+    const std::string text = "#define AB ab\nAB 1\n";
+    EXPECT_EQ(readWith(text, &parse_stream::repeatedTokens, kMAX_REPEATED_TOKENS), "ab 1");
+    const std::string refusal = "' can not be expanded, the limit of " + std::to_string(kMAX_REPEATED_TOKENS) +
+                                " repeated tokens is reached.\n   Line #2, File \"text.bmm\".\n";
+    EXPECT_EQ(readWith(text, &parse_stream::repeatedTokens, kMAX_REPEATED_TOKENS + 1),
+        "status 21\nERROR:Lanefill - Macro 'AB" + refusal + "AB 1\n^\n\n");
+    // A macro that is a number takes the place of its name without a stream.
+    EXPECT_EQ(readWith("#define N 7\nN\n", &parse_stream::repeatedTokens, kMAX_REPEATED_TOKENS + 1),
+        "status 21\nERROR:Lanefill - Macro 'N" + refusal + "N\n^\n\n");
+}
+
+TEST_F(PreprocessLimits, ATextThatALoopIncludesIsCounted) {
+    const TemporaryFolder folder;
+    folder.write("lanes.h", repeat("a ", 200));
+    const std::string path = (folder.path() / "lanes.h").string();
+    TextReader reader("#for i 0; i < 3; i i+1\n#include \"" + path + "\"\n#endfor\n");
+    joined(reader, reader.token());
+    EXPECT_GT(reader->repeatedTokens, 3 * 200U);
+}
+
+TEST_F(PreprocessLimits, ARunCanBeginWithMostOfItsLimitsUsed) {
+    gParseState.usedPushedBytes = 11;
+    gParseState.usedRepeatedBytes = 12;
+    gParseState.usedRepeatedTokens = 13;
+    TextReader reader("a");
+    gParseState.usedPushedBytes = gParseState.usedRepeatedBytes = gParseState.usedRepeatedTokens = 0;
+    EXPECT_EQ(reader->pushedBytes, 11U);
+    EXPECT_EQ(reader->repeatedBytes, 12U);
+    EXPECT_EQ(reader->repeatedTokens, 13U);
 }
 
 TEST_F(PreprocessLimits, AHundredThousandRoundsDoNotReadTheRestOfTheText) {

@@ -29,6 +29,7 @@ TEST_F(PreprocessTest, RandomDirectivesEnd) {
         // Little is left of what loops and macros may use, so that they end soon.
         reader->pushedBytes = kMAX_PUSHED_BYTES - 20000;
         reader->repeatedBytes = kMAX_REPEATED_BYTES - 20000;
+        reader->repeatedTokens = kMAX_REPEATED_TOKENS - 20000;
         joined(reader, reader.token());
         reader.close();
     }
