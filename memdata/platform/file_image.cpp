@@ -42,14 +42,13 @@ bool FileImage::map_(const std::string& name) {
         ::close(descriptor);
         return false;
     }
-    mapping_ = {static_cast<char*>(pages), state.byteCount, state, false, nullptr};
-    descriptor_ = descriptor;
+    mapping_ = {static_cast<char*>(pages), state.byteCount, state, false, descriptor, 0, nullptr, nullptr};
     startWatching(&mapping_);
     return true;
 }
 
 bool FileImage::isUnchanged() const {
-    return !isMapped() || memdata::isUnchanged(mapping_, descriptor_);
+    return !isMapped() || memdata::isUnchanged(mapping_);
 }
 
 WholeFile FileImage::open(const std::string& name, std::string* reason, u64 limit) {
@@ -62,7 +61,7 @@ void FileImage::close() {
     if (isMapped()) {
         stopWatching(&mapping_);
         ::munmap(mapping_.begin, mapping_.byteCount);
-        ::close(descriptor_);
+        ::close(mapping_.descriptor);
     }
     mapping_ = {};
     std::string().swap(unpacked_);

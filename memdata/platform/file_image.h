@@ -39,7 +39,6 @@ private:
     bool map_(const std::string& name);
 
     WatchedMapping mapping_{};
-    int descriptor_ = -1; // of the mapped file
     std::string unpacked_;
 };
 

@@ -22,9 +22,10 @@ bool replaceLostPages(const void* address) {
         const auto begin = reinterpret_cast<std::uintptr_t>(mapping->begin);
         if (place < begin || place - begin >= mapping->byteCount) continue;
         mapping->hasLostPages = true;
+        if (mapping->original != nullptr) mapping->original->hasLostPages = true;
         const u64 page = static_cast<u64>(::sysconf(_SC_PAGESIZE));
         const u64 kept = (place - begin) / page * page;
-        return ::mmap(mapping->begin + kept, mapping->byteCount - kept, PROT_READ,
+        return ::mmap(mapping->begin + kept, mapping->byteCount - kept, PROT_READ | PROT_WRITE,
                    MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) != MAP_FAILED;
     }
     return false;
@@ -53,11 +54,23 @@ void stopWatching(WatchedMapping* mapping) {
     while (*link != nullptr && *link != mapping) link = &(*link)->next;
     if (*link != nullptr) *link = mapping->next;
     mapping->next = nullptr;
+    for (WatchedMapping* copy = gWatchedMappings; copy != nullptr; copy = copy->next)
+        if (copy->original == mapping) copy->original = nullptr;
 }
 
-bool isUnchanged(const WatchedMapping& mapping, int descriptor) {
+bool isUnchanged(const WatchedMapping& mapping) {
     FileState now{};
-    return !mapping.hasLostPages && fileStateOf(descriptor, &now) && now == mapping.state;
+    return !mapping.hasLostPages && fileStateOf(mapping.descriptor, &now) && now == mapping.state;
+}
+
+WatchedMapping* watchedMappingOf(const void* bytes, u64 byteCount) {
+    const auto place = reinterpret_cast<std::uintptr_t>(bytes);
+    for (WatchedMapping* mapping = gWatchedMappings; mapping != nullptr; mapping = mapping->next) {
+        const auto begin = reinterpret_cast<std::uintptr_t>(mapping->begin);
+        if (place >= begin && place - begin <= mapping->byteCount && byteCount <= mapping->byteCount - (place - begin))
+            return mapping;
+    }
+    return nullptr;
 }
 
 void surviveLostPages() {

@@ -25,15 +25,20 @@ struct WatchedMapping {
     u64 byteCount;
     FileState state; // of the file, when its first bytes were mapped
     bool hasLostPages;
-    WatchedMapping* next; // of all that are mapped now
+    int descriptor;           // of the file
+    u64 offset;               // in the file, of begin
+    WatchedMapping* original; // of a mapped copy, while that is mapped: pages that the copy loses are lost there too
+    WatchedMapping* next;     // of all that are mapped now
 };
 
 // From here on the bytes of begin and byteCount are watched; until they are unmapped, which the caller does behind
 // stopWatching.
 void startWatching(WatchedMapping* mapping);
 void stopWatching(WatchedMapping* mapping);
-// Whether the file of an open descriptor is in the state that the mapping was made of, and no page of it was lost.
-bool isUnchanged(const WatchedMapping& mapping, int descriptor);
+// Whether the file is in the state that the mapping was made of, and no page of it was lost. Its descriptor is open.
+bool isUnchanged(const WatchedMapping& mapping);
+// The mapping that bytes lie in as a whole, or null.
+WatchedMapping* watchedMappingOf(const void* bytes, u64 byteCount);
 
 // Installs a handler for the whole process, for programs: a library leaves the signals of its host alone. A page of a
 // watched mapping that the system can not give, because the file was cut short or its disk failed, then reads as zeros,

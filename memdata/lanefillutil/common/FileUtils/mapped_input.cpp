@@ -41,6 +41,8 @@ int mapWindow(fileIODescriptor* file, u64 position) {
     markTextEnd(file, bytes);
     file->window.begin = file->buffer;
     file->window.byteCount = bytes;
+    file->window.descriptor = fileno(file->stream);
+    file->window.offset = start;
     startWatching(&file->window);
     return 0;
 }
@@ -73,7 +75,7 @@ void memdata::unmapWindow(fileIODescriptor* file) {
 }
 
 int memdata::checkInputUnchanged(fileIODescriptor* file) {
-    if (file->mappedBytes == 0 || isUnchanged(file->window, fileno(file->stream))) return 0;
+    if (file->mappedBytes == 0 || isUnchanged(file->window)) return 0;
     return PrintError(kERROR_MESSAGE_STRING, 1,
         formatted("File '%s' can not be read: it was changed or cut short while it was read.", file->name));
 }

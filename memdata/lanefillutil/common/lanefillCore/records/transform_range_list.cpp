@@ -5,6 +5,7 @@
 #include "StringUtils/StringUtils.h"
 #include "SystemUtils/memory.h"
 #include "lanefillCore/records/chunk_access.h"
+#include "platform/mapped_copy.h"
 #include "platform/memory_pages.h"
 
 #include <algorithm>
@@ -14,13 +15,24 @@ namespace {
 
 using OwnedRange = memdata::Tracked<TransformRangeType, delete_transform_range>;
 
-// Gives a range its own copy of data in place of the one that it had. False without memory: nothing changes.
-bool takeCopy(TransformRangeType* range, const u8* data, u64 dataSize) {
+constexpr u64 kMAPPED_COPY_BYTES = u64{1} << 20; // below that a plain copy costs less than pages do
+
+u8* plainCopy(const u8* data, u64 dataSize) {
     auto* copy = static_cast<u8*>(getMemory("'std::uint8_t' data", dataSize));
-    if (copy == nullptr) return false;
+    if (copy == nullptr) return nullptr;
     memdata::populatePages(copy, dataSize);
     if (dataSize > 0) std::memcpy(copy, data, dataSize);
-    if (range->ownedData != nullptr) releaseMemory(range->ownedData);
+    return copy;
+}
+
+// Gives a range its own copy of data in place of the one that it had. False without memory: nothing changes.
+bool takeCopy(TransformRangeType* range, const u8* data, u64 dataSize) {
+    std::unique_ptr<memdata::MappedCopy> pages;
+    if (dataSize >= kMAPPED_COPY_BYTES) pages = memdata::MappedCopy::of(data, dataSize);
+    u8* const copy = pages != nullptr ? pages->bytes() : plainCopy(data, dataSize);
+    if (copy == nullptr) return false;
+    memdata::releaseOwnedData(range);
+    range->ownedPages = pages.release();
     range->ownedData = copy;
     range->dataFirst = copy;
     range->dataLast = dataSize > 0 ? copy + dataSize - 1 : copy;

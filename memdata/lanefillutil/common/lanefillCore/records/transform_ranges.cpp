@@ -5,14 +5,25 @@
 #include "StringUtils/StringUtils.h"
 #include "SystemUtils/memory.h"
 
+#include "platform/mapped_copy.h"
+
 #include <utility>
+
+void memdata::releaseOwnedData(TransformRangeType* range) {
+    if (range->ownedPages != nullptr)
+        delete range->ownedPages;
+    else if (range->ownedData != nullptr)
+        releaseMemory(range->ownedData);
+    range->ownedPages = nullptr;
+    range->ownedData = nullptr;
+}
 
 void delete_transform_range(TransformRangeType** range) {
     if (range == nullptr) return;
     TransformRangeType* old = std::exchange(*range, nullptr);
     while (old != nullptr) {
         TransformRangeType* parity = old->parityRange;
-        if (old->ownedData != nullptr) releaseMemory(old->ownedData);
+        memdata::releaseOwnedData(old);
         StrDelete(old->name);
         releaseMemory(old);
         old = parity;

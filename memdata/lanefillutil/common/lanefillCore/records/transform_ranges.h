@@ -7,6 +7,10 @@
 
 #include <algorithm>
 
+namespace memdata {
+class MappedCopy;
+}
+
 // One stretch. Lists of them are sorted by ascending start.
 struct TransformRangeType {
     TransformRangeType* next;
@@ -19,9 +23,12 @@ struct TransformRangeType {
     u8* dataFirst;        // lowest byte of the data, inside a buffer
     u8* dataLast;         // highest byte of the data, inside the same buffer
     u64 bitCount;
-    u8* ownedData;                   // a private copy of the data, or null
+    u8* ownedData;                   // a private copy of the data, or null; a tracked block, or in ownedPages
     char* name;                      // managed; the data file that the data came from
     TransformRangeType* parityRange; // the parity part of a lane's range, or null; owned
+
+    memdata::MappedCopy*
+        ownedPages; // ours: what large ownedData stands in, where they came from a mapped file; or null
 
     // Ours: what cursors passed over, in bits of the buffer that the data is in. Equal while nothing was written.
     u64 firstBit;
@@ -64,5 +71,12 @@ inline void set_max_transform_buffer_addresses(const BufferChunkAccess* access, 
 // cleared. The list form follows next from the head.
 void delete_transform_range(TransformRangeType** range);
 void delete_transform_range_list(TransformRangeType** head);
+
+namespace memdata {
+
+// Gives the private copy back, if the range has one. What pointed into it points nowhere.
+void releaseOwnedData(TransformRangeType* range);
+
+} // namespace memdata
 
 #endif

@@ -4,6 +4,8 @@
 
 #include "SystemUtils/lifetime.h"
 #include "SystemUtils/memory.h"
+#include "platform/file_image.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -84,6 +86,47 @@ TEST_F(Ranges, OfACopyHoldTheirOwnBytes) {
     EXPECT_EQ(range->dataSize, 4u);
     EXPECT_EQ(range->dataLast[0], 0x44);
     EXPECT_FALSE(range->hasStartAddress);
+}
+
+TEST_F(Ranges, OfALargeCopyShareThePagesOfAMappedFile) {
+    const memdata::testing::TemporaryFolder folder;
+    const std::string data((1 << 20) + 1, 'x');
+    memdata::FileImage image;
+    ASSERT_EQ(image.open(folder.write("a", data)), memdata::WholeFile::kREAD);
+    const auto* mapped = reinterpret_cast<const u8*>(image.data());
+    const TransformRangeType* range = insert_transform_range("a", &list, 10, 4, mapped + 1, data.size() - 1, true);
+    ASSERT_NE(range, nullptr);
+    EXPECT_NE(range->ownedPages, nullptr);
+    EXPECT_EQ(range->dataFirst, range->ownedData);
+    EXPECT_EQ(range->dataLast, range->ownedData + data.size() - 2);
+    EXPECT_EQ(range->bitCount, 8 * (data.size() - 1));
+    EXPECT_EQ(*range->dataLast, 'x');
+    range->ownedData[0] = 'y';
+    EXPECT_EQ(mapped[1], 'x');
+}
+
+TEST_F(Ranges, ChangeBetweenPagesOfAFileAndAPlainCopy) {
+    const memdata::testing::TemporaryFolder folder;
+    memdata::FileImage image;
+    ASSERT_EQ(image.open(folder.write("a", std::string(1 << 20, 'x'))), memdata::WholeFile::kREAD);
+    const auto* mapped = reinterpret_cast<const u8*>(image.data());
+    TransformRangeType* range = insert("a", 10, 4);
+    EXPECT_EQ(insert_transform_range("b", &list, 10, 4, mapped, 1 << 20, true), range);
+    EXPECT_NE(range->ownedPages, nullptr);
+    EXPECT_EQ(insert("c", 10, 4), range);
+    EXPECT_EQ(range->ownedPages, nullptr);
+    EXPECT_EQ(range->ownedData[3], 0x44);
+}
+
+TEST_F(Ranges, OfASmallCopyTakeNoPages) {
+    const memdata::testing::TemporaryFolder folder;
+    memdata::FileImage image;
+    ASSERT_EQ(image.open(folder.write("a", std::string(1 << 20, 'x'))), memdata::WholeFile::kREAD);
+    const auto* mapped = reinterpret_cast<const u8*>(image.data());
+    const TransformRangeType* range = insert_transform_range("a", &list, 0, 9, mapped, (1 << 20) - 1, true);
+    ASSERT_NE(range, nullptr);
+    EXPECT_EQ(range->ownedPages, nullptr);
+    EXPECT_EQ(*range->dataLast, 'x');
 }
 
 TEST_F(Ranges, WithoutACopyPointAtTheCallersBytes) {
