@@ -269,8 +269,12 @@ def measure(build, rounds, names=None):
 
 
 def main():
+    usage = "usage: whole_process.py BUILD [ROUNDS [JOB...]]"
+    if {"-h", "--help"} & set(sys.argv[1:]):
+        print(usage)
+        return 0
     if len(sys.argv) < 2:
-        sys.exit("usage: whole_process.py BUILD [ROUNDS [JOB...]]")
+        sys.exit(usage)
     rounds = int(sys.argv[2]) if len(sys.argv) > 2 else 5
     samples, failures = measure(sys.argv[1], rounds, sys.argv[3:])
     for name, each_round in samples.items():

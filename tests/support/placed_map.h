@@ -90,6 +90,7 @@ public:
 
     // Lanes of all types and widths on up to count large places: a large memory, two small ones, one small one, none.
     void addOfEveryKind(size_t count) {
+        if (count == 0) return;
         const u32 large = lastType_();
         const bool twoSizes = device_->memoryLocs[large].type->sizeUnits > device_->memoryLocs[0].type->sizeUnits;
         const u32 smallTypes = twoSizes ? 2 : large + 1;

@@ -123,7 +123,7 @@ int read_suffix(parse_stream* stream, token_element* token, std::string* name) {
 
 void memdata::restoreKeyword(parse_stream* stream, token_element* token) {
     if (token->type != &kIDENTIFIER_TOKEN) return;
-    const keyword_row* row = search_token_symbol_table(bmm_keywords, token->text, static_cast<int>(token->length));
+    const keyword_row* row = findKeyword(bmm_keyword_set, token->text, token->text + token->length, token->length);
     if (row == nullptr) return;
     token_element keyword{};
     keyword.type = row->type;

@@ -46,7 +46,7 @@ inline bool isOf(char c, u8 classes) {
     return (kCHARACTER_CLASSES[static_cast<u8>(c)] & classes) != 0;
 }
 
-inline char foldedCase(char c) {
+constexpr char foldedCase(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 

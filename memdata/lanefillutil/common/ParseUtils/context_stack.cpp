@@ -114,6 +114,10 @@ void close_idle_contexts(parse_stream* root) {
         Close_File(&context->idleFile);
         releaseMemory(context);
     }
+    while (parse_stream* overlay = root->idleOverlays) {
+        root->idleOverlays = overlay->parent;
+        releaseMemory(overlay);
+    }
 }
 
 void close_shared_parts(parse_stream* root) {
@@ -135,11 +139,12 @@ int finish_context(parse_stream* context) {
     hand_down(context);
     if (context->root == context) close_shared_parts(context);
     release_token_element(context->lastToken);
-    if (context->idleFile == nullptr) {
+    const bool isIdleOverlay = is_overlay(context) && context->isReusable;
+    if (!isIdleOverlay && context->idleFile == nullptr) {
         releaseMemory(context);
     } else {
-        context->parent = context->root->idleContexts;
-        context->root->idleContexts = context;
+        parse_stream*& idle = isIdleOverlay ? context->root->idleOverlays : context->root->idleContexts;
+        context->parent = std::exchange(idle, context);
     }
     return status;
 }

@@ -23,6 +23,12 @@ inline void markPlace(token_element* token, const parse_stream* context) {
     token->textId = context->textId;
 }
 
+// The count that a token of the context's text belongs to: what was written once, or what macros repeat.
+inline u64& scannedTokens(const parse_stream* context) {
+    parse_stream* root = context->root;
+    return context->expansionDepth == 0 ? root->fileTokens : root->repeatedTokens;
+}
+
 // The lowest context that reads the same text as this one, below its overlays.
 inline const parse_stream* textOwner(const parse_stream* context) {
     while (context->parent != nullptr && context->parent->textId == context->textId) context = context->parent;

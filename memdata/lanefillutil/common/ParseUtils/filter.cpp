@@ -1,6 +1,8 @@
 // filter.cpp - which of the scanned tokens are delivered.
 // SPDX-License-Identifier: Apache-2.0
+#include "ParseUtils/characters.h"
 #include "ParseUtils/context_texts.h"
+#include "ParseUtils/limits.h"
 #include "ParseUtils/look_ahead.h"
 #include "ParseUtils/preprocessor.h"
 #include "ParseUtils/scanner.h"
@@ -79,6 +81,29 @@ int filter_token(parse_stream* stream, token_element* token, Verdict* verdict) {
     return 0;
 }
 
+// Blanks and line ends that would be dropped are counted as tokens, but need none made. (No keyword begins with one.)
+void pass_layout(parse_stream* stream) {
+    parse_stream* context = activeContext(stream);
+    if (context->lookAhead->depth != 0 || context->pendingStatus != 0) return;
+    const bool passesBlanks = !delivers_layout(context, kMODE_WHITESPACE);
+    const bool passesLineEnds = !delivers_layout(context, kMODE_LINE_ENDS);
+    u64& tokens = scannedTokens(context);
+    while (context->position < context->textEnd) {
+        const char first = *context->position;
+        if (passesLineEnds && isOf(first, kLINE_END_CHARACTER)) {
+            passLineEnd(context);
+        } else if (passesBlanks && isOf(first, kBLANK_CHARACTER)) {
+            const char* end = context->position + 1;
+            while (end < context->textEnd && isOf(*end, kBLANK_CHARACTER)) ++end;
+            if (static_cast<u64>(end - context->position) > kMAX_TOKEN_BYTES) return; // the scanner refuses it
+            context->position = end;
+        } else {
+            return;
+        }
+        ++tokens;
+    }
+}
+
 int append_token(parse_stream* stream, token_element* joined, const token_element* token) {
     const int status = cat_token_element(joined, token, &kTEXT_STRING_TOKEN);
     return status == 3 ? refuseLongToken(activeContext(stream), joined) : status;
@@ -89,6 +114,7 @@ int append_token(parse_stream* stream, token_element* joined, const token_elemen
 int parse_filtered_token(parse_stream* stream, token_element* token) {
     for (;;) {
         Verdict verdict = Verdict::kDELIVER;
+        pass_layout(stream);
         int status = parse_next_token(stream, token);
         if (status == 0) status = filter_token(stream, token, &verdict);
         if (status != 0 || verdict == Verdict::kDELIVER) return status;

@@ -66,15 +66,8 @@ u32 match_word(const char* word, bool caseSensitive, const char* text, const cha
     return wordLength >= length ? wordLength : 0;
 }
 
-const keyword_row* find_row(const keyword_row* rows, const char* text, const char* end, u32 length) {
-    const char letter = *text;
-    const char folded = foldedCase(letter);
-    for (const keyword_row* row = rows; row->word != nullptr; ++row) {
-        const char first = row->word[0];
-        if (first != letter && (row->caseSensitive || foldedCase(first) != folded)) continue;
-        if (match_word(row->word, row->caseSensitive, text, end, length) != 0) return row;
-    }
-    return nullptr;
+bool row_matches(const keyword_row& row, const char* text, const char* end, u32 length) {
+    return match_word(row.word, row.caseSensitive, text, end, length) != 0;
 }
 
 u32 bucket_of(const char* text, u32 length) {
@@ -143,10 +136,17 @@ token_type* new_runtime_type(const token_type* parent) {
 
 } // namespace
 
+const keyword_row* memdata::findKeyword(const token_set& set, const char* text, const char* end, u32 length) {
+    if (length == 0 || text == end) return nullptr;
+    u8 number = set.firstRow[static_cast<u8>(foldedCase(*text))];
+    while (number != 0 && !row_matches(set.rows[number - 1], text, end, length)) number = set.nextRow[number - 1];
+    return number == 0 ? nullptr : set.rows + number - 1;
+}
+
 u32 memdata::lookupSymbol(token_set* set, const char* text, const char* end, u32 length, token_element* out) {
     if (length == 0 || text == end || !set->hasFirstLetter(*text)) return 0;
     const bool isOperatorStart = set == &operator_symbol_set && length == 1;
-    const keyword_row* row = isOperatorStart ? operatorAt(text, end) : find_row(set->rows, text, end, length);
+    const keyword_row* row = isOperatorStart ? operatorAt(text, end) : findKeyword(*set, text, end, length);
     if (row != nullptr) {
         const auto used = static_cast<u32>(std::strlen(row->word));
         return set_token_element(out, row->word, used, row->caseSensitive, row->type, 0) == 0 ? used
@@ -171,7 +171,9 @@ u32 lookup_symbol_token(token_set* set, const char* text, int length, token_elem
 
 const keyword_row* search_token_symbol_table(const keyword_row* rows, const char* text, int length) {
     if (rows == nullptr || text == nullptr || *text == '\0' || length <= 0) return nullptr;
-    return find_row(rows, text, text + std::strlen(text), static_cast<u32>(length));
+    const char* end = text + std::strlen(text);
+    while (rows->word != nullptr && !row_matches(*rows, text, end, static_cast<u32>(length))) ++rows;
+    return rows->word == nullptr ? nullptr : rows;
 }
 
 int insert_token_symbol_list(token_set* set, token_element* word) {

@@ -3,6 +3,7 @@
 #ifndef MEMDATA_PARSE_UTILS_KEYWORD_SETS_H
 #define MEMDATA_PARSE_UTILS_KEYWORD_SETS_H
 
+#include "ParseUtils/characters.h"
 #include "ParseUtils/tokens.h"
 
 #include <array>
@@ -22,13 +23,25 @@ struct RuntimeWords;
 // A table and a list of run-time words. Sets are global objects; only their run-time words change, and those go
 // with close_token_symbol_set, at the latest at shut-down.
 struct token_set {
-    const keyword_row* rows;
-    memdata::RuntimeWords* words;    // null while none was added
-    std::array<u64, 4> firstLetters; // bit c: some word begins with the character c, in either case if it ignores case
+    static constexpr u32 kMOST_ROWS = 128;
 
-    constexpr explicit token_set(const keyword_row* table) : rows(table), words(nullptr), firstLetters{} {
-        for (const keyword_row* row = table; row->word != nullptr; ++row)
-            addFirstLetter(row->word[0], row->caseSensitive);
+    const keyword_row* rows;
+    memdata::RuntimeWords* words; // null while none was added
+    std::array<u64, 4>
+        firstLetters{}; // bit c: some word begins with the character c, in either case if it ignores case
+    // Rows that begin with one letter, in either case, are chained in the order of the table: from 1, 0 ends a chain.
+    std::array<u8, 256> firstRow{};
+    std::array<u8, kMOST_ROWS> nextRow{};
+
+    constexpr explicit token_set(const keyword_row* table) : rows(table), words(nullptr) {
+        std::array<u8*, 256> ends{};
+        for (u8 number = 1; table[number - 1].word != nullptr; ++number) {
+            const keyword_row& row = table[number - 1];
+            addFirstLetter(row.word[0], row.caseSensitive);
+            const auto letter = static_cast<u8>(memdata::foldedCase(row.word[0]));
+            *(ends[letter] == nullptr ? &firstRow[letter] : ends[letter]) = number;
+            ends[letter] = &nextRow[number - 1];
+        }
     }
     constexpr void addFirstLetter(char letter, bool caseSensitive) {
         const auto mark = [this](
@@ -79,6 +92,9 @@ void close_token_types();
 namespace memdata {
 
 inline constexpr u32 kLOOKUP_WITHOUT_MEMORY = UINT32_MAX; // there is a match, but out can not hold it: reported
+
+// The row of a set's table that matches the start of a text which ends at end; null for none.
+const keyword_row* findKeyword(const token_set& set, const char* text, const char* end, u32 length);
 
 // lookup_symbol_token over a text that ends at end and need not be terminated. The compared length, 0, or
 // kLOOKUP_WITHOUT_MEMORY.

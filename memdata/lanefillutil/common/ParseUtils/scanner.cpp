@@ -191,8 +191,7 @@ int parse_token(parse_stream* stream, token_element* token) {
     markPlace(token, context);
     token->numberBase = 0;
     if (int status = scan_token(context, token); status != 0) return status;
-    parse_stream* root = context->root;
-    ++(context->expansionDepth == 0 ? root->fileTokens : root->repeatedTokens);
+    ++scannedTokens(context);
     return noteLastToken(context, token);
 }
 

@@ -83,9 +83,18 @@ void become_child(parse_stream* context, parse_stream* below, token_set* keyword
     context->directiveDepthAtOpen = Stack_Depth(below->root->directiveStack);
 }
 
+parse_stream* idle_overlay(parse_stream* root) {
+    parse_stream* overlay = root->idleOverlays;
+    if (overlay == nullptr) return nullptr;
+    root->idleOverlays = overlay->parent;
+    begin_context(overlay);
+    return overlay;
+}
+
 // An overlay is a copy of what it covers, as a context of its own.
 parse_stream* copy_context(const parse_stream* below, token_set* keywords) {
-    parse_stream* context = new_context();
+    parse_stream* context = idle_overlay(below->root);
+    if (context == nullptr) context = new_context();
     if (context == nullptr) return nullptr;
     const u32 contextId = context->contextId;
     *context = *below;
@@ -95,7 +104,7 @@ parse_stream* copy_context(const parse_stream* below, token_set* keywords) {
     context->contextStack = context->directiveStack = nullptr;
     context->macroSymbols = nullptr;
     context->macroTable = nullptr;
-    context->idleContexts = nullptr;
+    context->idleContexts = context->idleOverlays = nullptr;
     context->isReusable = false;
     context->ownLookAhead = {};
     context->lastToken = nullptr;
@@ -261,7 +270,7 @@ int push_keyword_stream(parse_stream* stream, token_set* keywords) {
     ContextOwner overlay;
     if (int status = open_parse_stream(nullptr, stream, keywords, overlay.out()); status != 0) return status;
     if (int status = push_parse_context(overlay.get()); status != 0) return status;
-    overlay.release();
+    overlay.release()->isReusable = true;
     return 0;
 }
 

@@ -66,7 +66,8 @@ struct parse_stream {
     u32 openCommentLineNumber;   // ... and that line's number
     fileIODescriptor* idleFile;  // of a context that is idle or about to be: the file it was read through
     parse_stream* idleContexts;  // in the root: contexts over texts in memory to be used again, chained by parent
-    bool isReusable;             // goes to idleContexts when it is popped
+    parse_stream* idleOverlays;  // in the root: the same of overlays
+    bool isReusable;             // goes to one of these two when it is popped
     bool showsAsFile;            // a text in memory whose alerts show file and line as a file on disk does
     bool isOnStack;
 };

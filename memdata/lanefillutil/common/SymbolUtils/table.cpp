@@ -170,6 +170,7 @@ symbol_entry* lookup_symbol(const char* name, const symbol_table* table, u32 spa
     if (name == nullptr || table == nullptr) return nullptr;
     auto* readOnly = const_cast<symbol_table*>(table);
     const SymbolIndexType* index = indexOf(readOnly);
+    if (index->symbolCount == 0) return nullptr;
     if (is_indexed(index, space)) return findIndexed(index, name, space, scope);
     return *find_place(name, readOnly, hash(name, table->size), space, scope);
 }

@@ -88,6 +88,24 @@ TEST_F(KeywordSets, OperatorsMatchInTableOrder) {
     EXPECT_EQ(lookUp(&operator_symbol_set, "\xFF", 1), "1 \xFF");
 }
 
+TEST_F(KeywordSets, RowsOfOneLetterMatchInTableOrder) {
+    static constexpr keyword_row rows[] = {{"Ab", &kIDENTIFIER_TOKEN, true}, {"x", &kCOLON, true},
+        {"aB", &kSEMICOLON, false}, {"AB", &kCOMMA, true}, {"ac", &kEQUAL, true}, {}};
+    const token_set set(rows);
+    const auto rowOf = [&](const std::string& text) {
+        const keyword_row* row = findKeyword(set, text.data(), text.data() + text.size(), 2);
+        return row == nullptr ? std::string("none") : std::to_string(row - rows);
+    };
+    EXPECT_EQ(rowOf("Ab"), "0");
+    EXPECT_EQ(rowOf("AB"), "2"); // ahead of the row that is written so
+    EXPECT_EQ(rowOf("ab"), "2");
+    EXPECT_EQ(rowOf("ac"), "4");
+    EXPECT_EQ(rowOf("Ac"), "none");
+    EXPECT_EQ(rowOf("xb"), "none");
+    EXPECT_EQ(rowOf("bb"), "none");
+    EXPECT_EQ(rowOf(""), "none");
+}
+
 TEST_F(KeywordSets, TheTableIsSearchedByTheSameRule) {
     EXPECT_STREQ(search_token_symbol_table(kWORDS, "RAMB", 4)->word, "ramb");
     EXPECT_EQ(search_token_symbol_table(kWORDS, "none", 4), nullptr);

@@ -44,6 +44,23 @@ TEST_F(Scanner, TheBinaryPrefixIsN) {
     EXPECT_EQ(read("0n101"), "INTEGER_NUMBER(0n101)");
 }
 
+TEST_F(Scanner, LayoutThatIsNotDeliveredIsCountedLikeAnyOther) {
+    TextReader dropped(" \t a\r\n \n\n b \n");
+    EXPECT_EQ(dropped.all(), "IDENTIFIER_TOKEN(a) IDENTIFIER_TOKEN(b)");
+    TextReader delivered(" \t a\r\n \n\n b \n");
+    delivered.modes(kLAYOUT).all();
+    EXPECT_EQ(dropped->fileTokens, delivered->fileTokens);
+    EXPECT_EQ(get_stream_line_number(dropped), get_stream_line_number(delivered));
+}
+
+TEST_F(Scanner, BlanksAreBoundedWhetherTheyAreDeliveredOrNot) {
+    const std::string longest(kMAX_TOKEN_BYTES, ' ');
+    EXPECT_EQ(read(longest + "a"), "IDENTIFIER_TOKEN(a)");
+    CapturedAlerts alerts;
+    EXPECT_EQ(read(longest + " a"), "status 3");
+    EXPECT_EQ(read(longest + " a", kLAYOUT), "status 3");
+}
+
 TEST_F(Scanner, AShiftIsTwoTokens) {
     EXPECT_EQ(read("1<<2"), "INTEGER_NUMBER(1) LESS_THAN(<) LESS_THAN(<) INTEGER_NUMBER(2)");
     EXPECT_EQ(read("1>>2"), "INTEGER_NUMBER(1) GREATER_THAN(>) GREATER_THAN(>) INTEGER_NUMBER(2)");

@@ -37,6 +37,40 @@ TEST_F(StreamReuse, ExpansionsOfAMacroAllocateNothing) {
     EXPECT_EQ(trackedAllocationCount(), before);
 }
 
+TEST_F(StreamReuse, OverlaysThatComeAndGoAllocateNothing) {
+    TextReader text("a b");
+    const auto overlayTwice = [&] {
+        KeywordOverlay lower(text, &instance_path_token_set);
+        KeywordOverlay upper(text, &file_path_token_set);
+        ASSERT_EQ(upper.status(), 0);
+    };
+    overlayTwice();
+    const u64 before = trackedAllocationCount();
+    for (int i = 0; i < 1000; ++i) overlayTwice();
+    EXPECT_EQ(trackedAllocationCount(), before);
+    EXPECT_EQ(text.all(), "IDENTIFIER_TOKEN(a) IDENTIFIER_TOKEN(b)");
+}
+
+TEST_F(StreamReuse, AnOverlayThatIsUsedAgainRemembersNothing) {
+    TextReader text("a */");
+    u32 oldId = 0;
+    {
+        KeywordOverlay overlay(text, &instance_path_token_set);
+        overlay.setModes(kMODE_WHITESPACE, true);
+        overlay.ignoreWords();
+        oldId = text->root->current->contextId;
+        ASSERT_EQ(get_next_token(text, text.token()), 0);
+    }
+    KeywordOverlay overlay(text, nullptr);
+    const parse_stream* context = text->root->current;
+    EXPECT_EQ(context->contextId, oldId + 1);
+    EXPECT_EQ(context->keywords, text->keywords);
+    EXPECT_EQ(context->parseModes, text->parseModes);
+    EXPECT_FALSE(context->noKeywordLookup);
+    EXPECT_EQ(context->lastToken, nullptr);
+    EXPECT_EQ(text.next(), "END_C_COMMENT(*/)");
+}
+
 TEST_F(StreamReuse, AContextThatIsUsedAgainRemembersNothing) {
     int data = 0;
     TextReader text("a");
