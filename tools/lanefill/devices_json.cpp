@@ -26,7 +26,7 @@ namespace {
 
 // The writer's own one takes what it is given, also nothing.
 struct ThrowingAllocator {
-    static const bool kNeedFree = true; // the name that the writer looks for
+    [[maybe_unused]] static const bool kNeedFree = true; // the library asks it of allocators, the writer does not
     static void* given(void* block) { return block != nullptr ? block : throw std::bad_alloc(); }
     void* Malloc(size_t size) { return size == 0 ? nullptr : given(std::malloc(size)); }
     void* Realloc(void* block, size_t, size_t size) {
