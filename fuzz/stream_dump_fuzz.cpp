@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BitFileUtils/bit_commands.h"
 #include "SystemUtils/memory.h"
-#include "support/stream_case.h"
+#include "support/stream_target.h"
 
 #include <cstdlib>
 #include <string>
@@ -21,9 +21,8 @@ constexpr u8 kOF_REPLACED = 0x80; // among the choices: the stream behind a repl
 // Status, and the text where there is one.
 int dump(const Bytes& file, u32 flags, AddressMappingType* map, std::string* text) {
     const InputFile bits(file);
-    const Tracked<fileSpecType, DeleteFileSpec> input(CreateFileSpec(bits.name()));
     const Tracked<fileSpecType, DeleteFileSpec> output(CreateFileSpec(kOUTPUT));
-    const int status = DoBITDump(input.get(), output.get(), flags, map, nullptr);
+    const int status = DoBITDump(bits.spec(), output.get(), flags, map, nullptr);
     const std::optional<Bytes> told = takeFile(kOUTPUT);
     require(told.has_value() == (status == 0), "a failed dump leaves a text, or a good one leaves none");
     if (told) text->assign(told->begin(), told->end());
@@ -124,22 +123,10 @@ void requireDump(const StreamCase& asked, u32 flags) {
 
 } // namespace
 
-extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t maxSize, unsigned seed) {
-    return mutateStream(data, size, maxSize, seed);
-}
-
-extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t* one, size_t oneSize, const uint8_t* other, size_t otherSize,
-    uint8_t* out, size_t maxSize, unsigned seed) {
-    return crossStreams(one, oneSize, other, otherSize, out, maxSize, seed);
-}
-
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const EngineRun run;
-    const StreamCase asked(data, size);
+void memdata::fuzz::testStream(const StreamCase& asked) {
     const u8 choice = asked.recipe().choices[StreamRecipe::DUMP_FLAGS];
     if ((choice & kOF_REPLACED) != 0)
         requireReplacedContents(asked);
     else
         requireDump(asked, choice & kALL_FLAGS);
-    return 0;
 }

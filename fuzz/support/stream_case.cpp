@@ -15,6 +15,7 @@ using namespace memdata::testing;
 namespace {
 
 constexpr size_t kMOST_LANES = 7;
+constexpr const char* kINPUT = "top.bit";
 
 } // namespace
 
@@ -56,15 +57,15 @@ void StreamCase::requireReached(const StreamModel& model) const {
     }
 }
 
-InputFile::InputFile(Bytes bytes) : bytes_(std::move(bytes)) {
-    std::FILE* file = std::fopen(name(), "wb");
+InputFile::InputFile(Bytes bytes) : bytes_(std::move(bytes)), spec_(CreateFileSpec(kINPUT)) {
+    std::FILE* file = std::fopen(kINPUT, "wb");
     require(file != nullptr && std::fwrite(bytes_.data(), 1, bytes_.size(), file) == bytes_.size() &&
                 std::fclose(file) == 0,
         "the input can not be written");
 }
 
 InputFile::~InputFile() {
-    require(takeFile(name()) == bytes_, "a run changes its input");
+    require(takeFile(kINPUT) == bytes_, "a run changes its input");
 }
 
 std::optional<Bytes> takeFile(const char* name) {

@@ -3,6 +3,8 @@
 #ifndef MEMDATA_FUZZ_SUPPORT_STREAM_CASE_H
 #define MEMDATA_FUZZ_SUPPORT_STREAM_CASE_H
 
+#include "FileUtils/file_spec.h"
+#include "SystemUtils/memory.h"
 #include "support/engine_run.h"
 #include "support/placed_map.h"
 #include "support/stream_model.h"
@@ -45,20 +47,15 @@ public:
     ~InputFile();
     InputFile& operator=(InputFile&&) = delete; // neither copied nor moved
 
-    const char* name() const { return "top.bit"; }
+    fileSpecType* spec() const { return spec_.get(); }
 
 private:
     Bytes bytes_;
+    Tracked<fileSpecType, DeleteFileSpec> spec_;
 };
 
 // The contents of a file of the run, which goes with it; nothing when there is none.
 std::optional<Bytes> takeFile(const char* name);
-
-// What every stream target has libFuzzer do with its inputs: packets are added, taken away, exchanged and changed, so
-// that most inputs are streams that get far. As LLVMFuzzerCustomMutator and LLVMFuzzerCustomCrossOver.
-size_t mutateStream(uint8_t* data, size_t size, size_t maxSize, unsigned seed);
-size_t crossStreams(const uint8_t* one, size_t oneSize, const uint8_t* other, size_t otherSize, uint8_t* out,
-    size_t maxSize, unsigned seed);
 
 } // namespace memdata::fuzz
 

@@ -1,6 +1,6 @@
 // stream_mutator.cpp - changes recipes of streams packet by packet.
 // SPDX-License-Identifier: Apache-2.0
-#include "support/stream_case.h"
+#include "support/stream_target.h"
 
 #include <algorithm>
 #include <cstring>
