@@ -41,7 +41,7 @@ void onBusError(int, siginfo_t* facts, void*) {
 bool fileStateOf(int descriptor, FileState* state) {
     struct stat facts {};
     if (::fstat(descriptor, &facts) != 0) return false;
-    *state = {static_cast<u64>(facts.st_size), facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec};
+    *state = {facts.st_dev, facts.st_ino, static_cast<u64>(facts.st_size), facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec};
     return true;
 }
 

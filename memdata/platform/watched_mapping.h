@@ -12,6 +12,8 @@ namespace memdata {
 
 // What tells one state of a file from another.
 struct FileState {
+    u64 device;
+    u64 node;
     u64 byteCount;
     i64 seconds; // of the last change
     i64 nanoseconds;

@@ -9,6 +9,7 @@
 #include "BmmUtils/model/iteration.h"
 #include "DeviceTableUtils/device_lookup.h"
 #include "FileUtils/FileUtils.h"
+#include "FileUtils/copied_output.h"
 #include "ListingUtils/ListingUtils.h"
 #include "SystemUtils/alerts.h"
 #include "SystemUtils/lifetime.h"
@@ -178,6 +179,7 @@ int DoBITReplacement(fileSpecType* inputSpec, fileSpecType* outputSpec, u32 flag
             outputSpec != nullptr ? nullptr : "_rp", kREPLACED_FILE, output.out());
         status != 0)
         return status;
+    beginAsCopy(output.get(), input.file.get());
     SetupUpdateProgress(static_cast<u32>(2 * GetFileLogicalSize(input.file.get())), progress);
     ProgressStage stage(stageText("Writing", output.get()), 2 * GetFileLogicalSize(input.file.get()));
     int status = WriteBITHeader(output.get(), owner.get());

@@ -52,6 +52,7 @@ struct fileIODescriptor {
     i32 writeStatus;                // outputs: the first failure, which every later call repeats
     char* targetName;               // outputs that replace a file: its name, links followed; else null
     char* temporaryName;            // ... where the contents stand until then; null when they have no name
+    const fileIODescriptor* copyOf; // outputs: the open input whose bytes the temporary holds already; or null
     u64 mappedBytes;                // inputs: of the file, that the buffer is mapped over; 0 when it is memory
     memdata::WatchedMapping window; // that mapping, with the state of the file at its opening
     fileIODescriptor* nextOpen;     // the list of all open files

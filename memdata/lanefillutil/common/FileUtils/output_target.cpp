@@ -256,8 +256,26 @@ int memdata::openOutputTarget(fileIODescriptor* file) {
     return 1;
 }
 
+int memdata::openNamelessTemporary(const char* outputName, std::string* folder) {
+    const OutputTarget target = findTarget(outputName);
+    if (target.kind != TargetKind::kNEW_FILE && target.kind != TargetKind::kOLD_FILE) return -1;
+    *folder = folderOf(target.path);
+    return openNameless(*folder);
+}
+
+bool memdata::exchangeTemporary(fileIODescriptor* file, int nameless, const std::string& folder) {
+    struct stat facts {};
+    if (file->targetName == nullptr || file->temporaryName != nullptr || folderOf(file->targetName) != folder ||
+        fstat(fileno(file->stream), &facts) != 0)
+        return false;
+    takeOverPermissions(linkOfDescriptor(nameless), facts);
+    return dup3(nameless, fileno(file->stream), O_CLOEXEC) >= 0;
+}
+
 bool memdata::commitOutputTarget(fileIODescriptor* file) {
     if (file->targetName == nullptr) return closeStream(file);
+    if (file->copyOf != nullptr && ftruncate(fileno(file->stream), static_cast<off_t>(file->filePosition)) != 0)
+        return false;
     const HeldSignals held;
     std::string temporary;
     if (file->temporaryName != nullptr)

@@ -10,6 +10,8 @@
 
 namespace memdata {
 
+class CopiedOutput;
+
 // How an output that replaces a file is kept until it is closed. Systems differ in what they can do; tests go
 // through all of it.
 enum class TemporaryKind : u8 {
@@ -26,6 +28,8 @@ struct FileStateType {
     std::string outputFileNameBuffer;             // the name that OpenDiskFile built last
     const char* openFailure = nullptr; // why the latest disk file could not be opened, when its alert does not tell it
     u32 temporaryCount = 0;            // makes the names of temporaries differ
+    CopiedOutput* copiedOutput = nullptr; // the copy in the making
+    u64 smallestCopy = u64{8} << 20;      // bytes of an input that is copied ahead; changed by tests only
     TemporaryKind temporaryKind = TemporaryKind::kNAMELESS; // the best one to try; changed by tests only
 };
 extern FileStateType gFileState;

@@ -35,6 +35,21 @@ int writeStandardOut(const char* bytes, u64 count) {
     return StandardOut.status;
 }
 
+// Whether bytes are on their way from the input that the output began as a copy of, to where they stand already.
+bool standInCopy(const fileIODescriptor* file, const char* bytes) {
+    const fileIODescriptor* input = file->copyOf;
+    if (input == nullptr || bytes < input->buffer || bytes >= input->buffer + input->bufferEnd) return false;
+    return input->bufferBase + static_cast<u64>(bytes - input->buffer) == file->bufferBase + file->bufferPosition;
+}
+
+int passOver(fileIODescriptor* file, u64 count) {
+    if (int status = file->mover(file, 0); status != 0) return status;
+    if (lseek(fileno(file->stream), static_cast<off_t>(count), SEEK_CUR) < 0) return failOutput(file, causeText(errno));
+    file->bufferBase += count;
+    file->filePosition += count;
+    return file->status = 0;
+}
+
 bool goesToDiskUnbuffered(const fileIODescriptor* file, u64 count) {
     return file->stream != nullptr && count >= file->bufferSize;
 }
@@ -84,6 +99,7 @@ int memdata::outputBlock(fileIODescriptor* file, const char* bytes, u64 count) {
     if (!isOutput(file) || (bytes == nullptr && count != 0)) return kNOT_WRITABLE;
     if (file == &StandardOut) return writeStandardOut(bytes, count);
     if (file->writeStatus != 0) return file->writeStatus;
+    if (standInCopy(file, bytes)) return passOver(file, count);
     while (count > 0) {
         if (goesToDiskUnbuffered(file, count)) {
             if (file->bufferPosition != 0)

@@ -9,6 +9,7 @@
 #include "BmmUtils/parser.h"
 #include "BmmUtils/validation.h"
 #include "BmmUtils/xml_map.h"
+#include "FileUtils/copied_output.h"
 #include "ParseUtils/preprocess_file.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/auto_data.h"
@@ -24,6 +25,7 @@ namespace {
 
 using memdata::runReport;
 
+constexpr u32 kRBT_FORMAT = 15;
 constexpr const char* kUNNAMED_MAPPING = "Auto_Generated.bmm";
 
 using OpenMapping = memdata::Tracked<AddressMappingType, close_bmm_addressMapping>;
@@ -123,6 +125,10 @@ int execute(CmdStringOptionsType* options) {
     const Jobs jobs = jobsOf(options);
     int status = 0;
     if (runWithoutMap(options, jobs, &status)) return status;
+
+    // A binary bit file is copied to its new name while maps and data are read.
+    const bool copies = jobs.hasData && jobs.hasBitFile && options->bitFile->format != kRBT_FORMAT;
+    const memdata::CopiedOutput copy(copies ? options->bitFile : nullptr, options->outputBitFile);
 
     OpenMapping mapping;
     status = open_bmm_addressMapping(options, mapping.out());

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BitFileUtils/bit_commands.h"
 #include "FileUtils/FileUtils.h"
+#include "FileUtils/copied_output.h"
+#include "FileUtils/state.h"
 #include "bit_file_test.h"
 #include "support/allocation_faults.h"
 #include "support/placed_map.h"
@@ -337,4 +339,28 @@ TEST_F(BadReplacement, FailingAllocationsLeaveNoOutputAndLoseNothing) {
     });
     EXPECT_EQ(sweep.failures, "");
     EXPECT_GT(sweep.faultCount, 20U);
+}
+
+TEST_F(BadReplacement, AFileThatIsCopiedAheadLeavesNothingWhenItIsGivenUp) {
+    const BitRecipe recipe = smallRecipe("td6a24");
+    const MadeBit made = makeBit(recipe);
+    PlacedMap map("td6a24");
+    map.addOfEveryKind(2);
+    map.fill(1);
+    Bytes large = bitFileOf(recipe, cut_at(made.stream, made.stream.size() / 2 + 1)); // in a burst
+    large.resize(2'000'000);                                                          // with what follows the stream
+    gFileState.smallestCopy = 0;
+    const std::string oldOutput = folder.write("out.bit", kOLD);
+    fileSpecType* input = CreateFileSpec(folder.write("top.bit", textOf(large)).c_str());
+    fileSpecType* output = CreateFileSpec(oldOutput.c_str());
+    {
+        const CopiedOutput copy(input, output);
+        ASSERT_NE(gFileState.copiedOutput, nullptr);
+        EXPECT_EQ(DoBITReplacement(input, output, 0, map.get(), nullptr, nullptr), 2);
+    }
+    EXPECT_THAT(said(), ::testing::HasSubstr("The configuration stream of file 'top.bit' is cut: at "));
+    DeleteFileSpec(&input);
+    DeleteFileSpec(&output);
+    EXPECT_EQ(folder.listing(), "out.bit\ntop.bit\n");
+    EXPECT_EQ(readFile(oldOutput), kOLD);
 }

@@ -1,6 +1,9 @@
 // replacement_test.cpp - new memory contents in bit files of every family and form.
 // SPDX-License-Identifier: Apache-2.0
 #include "BitFileUtils/bit_commands.h"
+#include "BitFileUtils/stream_state.h"
+#include "FileUtils/copied_output.h"
+#include "FileUtils/state.h"
 #include "bit_file_test.h"
 #include "support/placed_map.h"
 
@@ -8,6 +11,8 @@ using namespace memdata;
 using namespace memdata::testing;
 
 namespace {
+
+using OwnedFileSpec = Tracked<fileSpecType, DeleteFileSpec>;
 
 struct Case {
     const char* device;
@@ -246,4 +251,29 @@ TEST_F(Replacement, TwiceInARunGivesTheSame) {
     const std::optional<Bytes> first = replace(file, map.get());
     EXPECT_TRUE(replace(file, map.get()) == first) << "lanes are only read";
     EXPECT_TRUE(replace(*first, map.get()) == first);
+}
+
+TEST_F(Replacement, IsTheSameInAFileThatIsCopiedAhead) {
+    for (const Case& c : kCASES) {
+        for (const u32 flags : {0u, kWALK_DROP_SYNC}) {
+            const BitRecipe recipe = recipeOf(c);
+            PlacedMap map(c.device);
+            map.addOfEveryKind(18);
+            map.fill(11);
+            Bytes file = bitFileOf(recipe, makeBit(recipe).stream);
+            for (u32 i = 0; i < 2'000'000; ++i) file.push_back(static_cast<u8>(i / 255)); // behind the stream
+            const std::optional<Bytes> expected = replace(file, map.get(), flags);
+            ASSERT_TRUE(expected.has_value()) << c.device;
+
+            gFileState.smallestCopy = 0;
+            OwnedFileSpec input(CreateFileSpec(folder.file("top.bit").c_str()));
+            OwnedFileSpec output(CreateFileSpec(folder.file("out.bit").c_str()));
+            std::filesystem::remove(folder.file("out.bit"));
+            const CopiedOutput copy(input.get(), output.get());
+            ASSERT_NE(gFileState.copiedOutput, nullptr);
+            EXPECT_EQ(DoBITReplacement(input.get(), output.get(), flags, map.get(), nullptr, nullptr), 0) << c.device;
+            EXPECT_EQ(gFileState.copiedOutput, nullptr);
+            EXPECT_TRUE(bytesOf(readFile(folder.file("out.bit"))) == *expected) << c.device << " " << flags;
+        }
+    }
 }

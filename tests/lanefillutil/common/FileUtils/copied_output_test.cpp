@@ -1,0 +1,268 @@
+// copied_output_test.cpp - outputs that begin as the copy of an input.
+// SPDX-License-Identifier: Apache-2.0
+#include "FileUtils/copied_output.h"
+
+#include "FileUtils/state.h"
+#include "file_test.h"
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <optional>
+#include <sched.h>
+#include <sys/resource.h>
+
+using namespace memdata;
+using namespace memdata::testing;
+
+namespace {
+
+class CopiedOutputs : public FileTest {
+protected:
+    CopiedOutputs() {
+        gFileState.smallestCopy = 1 << 20;
+        for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * i / 100 + i);
+        inputName = folder.write("in.bit", bytes);
+    }
+
+    // Lets the copy be made, for an output of that name.
+    void beginCopy(const char* outputName = "out.bit") {
+        inputSpec = CreateFileSpec(inputName.c_str());
+        outputSpec = CreateFileSpec(folder.file(outputName).c_str());
+        copy.emplace(inputSpec, outputSpec);
+    }
+    // Opens both files; whether the output begins as the copy.
+    bool openBoth(const char* outputName = "out.bit") {
+        input = open(inputName, kBINARY_READ);
+        output = open(folder.file(outputName), kBINARY_WRITE);
+        return beginAsCopy(output, input);
+    }
+    // Writes on from where the input holds the next bytes.
+    void passOn(u64 count) {
+        while (count > 0) {
+            const char* at = nullptr;
+            u64 taken = 0;
+            ASSERT_EQ(inputPiece(input, 1, count, &at, &taken), 0);
+            ASSERT_EQ(outputBlock(output, at, taken), 0);
+            count -= taken;
+        }
+    }
+    void skip(u64 count) {
+        std::string skipped(count, '\0');
+        ASSERT_EQ(inputBlock(input, skipped.data(), count), 0);
+    }
+    void put(std::string_view text) { ASSERT_EQ(outputBlock(output, text.data(), text.size()), 0); }
+    std::string closed() {
+        EXPECT_EQ(folder.listing(), "in.bit\n"); // nothing to be seen until now
+        EXPECT_EQ(checkInputUnchanged(input), 0);
+        EXPECT_EQ(Close_File(&output), 0);
+        return readFile(folder.file("out.bit"));
+    }
+    void TearDown() override {
+        abandonFile(&output);
+        abandonFile(&input);
+        copy.reset();
+        DeleteFileSpec(&inputSpec);
+        DeleteFileSpec(&outputSpec);
+        FileTest::TearDown();
+    }
+
+    std::string bytes = std::string(3'000'001, '\0');
+    std::string inputName;
+    fileSpecType* inputSpec = nullptr;
+    fileSpecType* outputSpec = nullptr;
+    std::optional<CopiedOutput> copy;
+    fileIODescriptor* input = nullptr;
+    fileIODescriptor* output = nullptr;
+};
+
+TEST_F(CopiedOutputs, HoldWhatIsWrittenAmongBytesThatStay) {
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    passOn(1000);
+    EXPECT_EQ(GetFilePosition(output), 1000u);
+    put("four");
+    skip(4);
+    passOn(1'500'000);
+    put(std::string(300'000, 'x'));
+    skip(300'000);
+    put("y");
+    skip(1);
+    passOn(bytes.size() - 1'801'005);
+    EXPECT_EQ(GetFilePosition(output), bytes.size());
+    std::string expected = bytes;
+    expected.replace(1000, 4, "four").replace(1'501'004, 300'000, 300'000, 'x').replace(1'801'004, 1, "y");
+    EXPECT_TRUE(closed() == expected);
+}
+
+TEST_F(CopiedOutputs, EndWhereWritingEnds) {
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    passOn(2'000'000);
+    EXPECT_TRUE(closed() == bytes.substr(0, 2'000'000));
+}
+
+TEST_F(CopiedOutputs, HoldBytesThatMoveToAnotherPlace) {
+    for (const bool grows : {true, false}) {
+        beginCopy();
+        ASSERT_TRUE(openBoth());
+        if (grows)
+            put("more");
+        else
+            skip(3);
+        passOn(bytes.size() - (grows ? 0 : 3));
+        EXPECT_TRUE(closed() == (grows ? "more" + bytes : bytes.substr(3)));
+        abandonFile(&input);
+        copy.reset();
+        DeleteFileSpec(&inputSpec);
+        DeleteFileSpec(&outputSpec);
+        std::filesystem::remove(folder.file("out.bit"));
+    }
+}
+
+TEST_F(CopiedOutputs, LeaveNothingBehindWhenTheyAreGivenUp) {
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    passOn(1'000'000);
+    abandonFile(&output);
+    EXPECT_EQ(folder.listing(), "in.bit\n");
+}
+
+TEST_F(CopiedOutputs, LeaveNothingBehindWhenNobodyTakesTheCopy) {
+    beginCopy();
+    copy.reset();
+    EXPECT_EQ(folder.listing(), "in.bit\n");
+    EXPECT_FALSE(openBoth());
+}
+
+TEST_F(CopiedOutputs, TakeOverThePermissionsOfAnOldFile) {
+    namespace fs = std::filesystem;
+    const std::string old = folder.write("out.bit", "old");
+    fs::permissions(old, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    put("new");
+    EXPECT_EQ(readFile(old), "old");
+    EXPECT_EQ(Close_File(&output), 0);
+    EXPECT_EQ(readFile(old), "new");
+    EXPECT_EQ(fs::status(old).permissions(), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+}
+
+TEST_F(CopiedOutputs, AreMadeOfLargeInputsOnly) {
+    gFileState.smallestCopy = bytes.size() + 1;
+    beginCopy();
+    EXPECT_EQ(gFileState.copiedOutput, nullptr);
+    EXPECT_FALSE(openBoth());
+    EXPECT_EQ(FileStateType().smallestCopy, 8u << 20);
+}
+
+TEST_F(CopiedOutputs, NeedASecondProcessor) {
+    cpu_set_t all;
+    ASSERT_EQ(sched_getaffinity(0, sizeof all, &all), 0);
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    size_t first = 0;
+    while (!CPU_ISSET(first, &all)) ++first;
+    CPU_SET(first, &one);
+    ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
+    beginCopy();
+    sched_setaffinity(0, sizeof all, &all);
+    EXPECT_EQ(gFileState.copiedOutput, nullptr);
+    EXPECT_FALSE(openBoth());
+}
+
+TEST_F(CopiedOutputs, NeedNamelessFiles) {
+    gFileState.temporaryKind = TemporaryKind::kNAMED;
+    beginCopy();
+    EXPECT_EQ(gFileState.copiedOutput, nullptr);
+    EXPECT_FALSE(openBoth());
+}
+
+TEST_F(CopiedOutputs, AreCopiedOnceMoreWhereNamelessFilesCannotBeLinked) {
+    gFileState.temporaryKind = TemporaryKind::kNAMELESS_COPIED;
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    put("head");
+    skip(4);
+    passOn(bytes.size() - 4);
+    EXPECT_TRUE(closed() == "head" + bytes.substr(4));
+}
+
+TEST_F(CopiedOutputs, AreNotMadeForDevices) {
+    inputSpec = CreateFileSpec(inputName.c_str());
+    outputSpec = CreateFileSpec("/dev/null");
+    copy.emplace(inputSpec, outputSpec);
+    EXPECT_EQ(gFileState.copiedOutput, nullptr);
+}
+
+TEST_F(CopiedOutputs, AreNotMadeOfWhatIsNoFile) {
+    for (const char* name : {"none.bit", "."}) {
+        fileSpecType* spec = CreateFileSpec(folder.file(name).c_str());
+        const CopiedOutput none(spec, nullptr);
+        EXPECT_EQ(gFileState.copiedOutput, nullptr);
+        DeleteFileSpec(&spec);
+    }
+    const CopiedOutput none(nullptr, nullptr);
+    EXPECT_EQ(gFileState.copiedOutput, nullptr);
+}
+
+TEST_F(CopiedOutputs, AreOneAtATime) {
+    beginCopy();
+    { const CopiedOutput second(inputSpec, outputSpec); }
+    EXPECT_EQ(gFileState.copiedOutput, &*copy);
+}
+
+TEST_F(CopiedOutputs, StandWhereTheCopyWasMadeFor) {
+    beginCopy();
+    std::filesystem::create_directory(folder.file("deeper"));
+    EXPECT_FALSE(openBoth("deeper/out.bit"));
+    put("new");
+    EXPECT_EQ(Close_File(&output), 0);
+    EXPECT_EQ(readFile(folder.file("deeper/out.bit")), "new");
+}
+
+TEST_F(CopiedOutputs, BeginEmptyWhenTheInputWasChangedMeanwhile) {
+    beginCopy();
+    const auto time = std::filesystem::last_write_time(inputName);
+    std::filesystem::last_write_time(inputName, time + std::chrono::seconds(1));
+    EXPECT_FALSE(openBoth());
+    passOn(bytes.size());
+    EXPECT_TRUE(closed() == bytes);
+}
+
+TEST_F(CopiedOutputs, BeginEmptyWhenTheInputWasCutMeanwhile) {
+    beginCopy();
+    std::filesystem::resize_file(inputName, 2'000'000);
+    EXPECT_FALSE(openBoth());
+    passOn(2'000'000);
+    EXPECT_TRUE(closed() == bytes.substr(0, 2'000'000));
+}
+
+TEST_F(CopiedOutputs, BeginEmptyWhenTheInputWasReplacedMeanwhile) {
+    beginCopy();
+    const auto time = std::filesystem::last_write_time(inputName);
+    std::filesystem::rename(folder.write("other", std::string(bytes.size(), 'z')), inputName);
+    std::filesystem::last_write_time(inputName, time); // alike in all but the bytes
+    EXPECT_FALSE(openBoth());
+    passOn(bytes.size());
+    EXPECT_TRUE(closed() == std::string(bytes.size(), 'z'));
+}
+
+// The size limit of a process stands in for the disk that fills up.
+TEST_F(CopiedOutputs, AreWrittenAsOthersWhenTheDiskIsFull) {
+    EXPECT_EQ(exitStatusOfChild([&] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{1'500'000, 1'500'000};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        CapturedAlerts alerts;
+        beginCopy();
+        if (gFileState.copiedOutput == nullptr || openBoth()) return 1;
+        if (outputBlock(output, bytes.data(), 1'000'000) != 0) return 2;
+        if (outputBlock(output, bytes.data(), 1'000'000) != 1) return 3;
+        return alerts.text() == "" ? 4 : 0;
+    }),
+        0);
+    EXPECT_EQ(folder.listing(), "in.bit\n");
+}
+
+} // namespace
