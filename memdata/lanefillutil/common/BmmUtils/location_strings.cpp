@@ -20,8 +20,9 @@ char* put(char* out, const std::string& text) {
 }
 
 std::string location(const BitLaneType* lane) {
-    if (standsInRowAndColumn(lane)) return memdata::formatted("R%lldC%lld", lane->locRow, lane->locColumn);
-    return memdata::formatted("X%lldY%lld", lane->locColumn, lane->locRow);
+    const std::string row = std::to_string(lane->locRow);
+    const std::string column = std::to_string(lane->locColumn);
+    return standsInRowAndColumn(lane) ? "R" + row + "C" + column : "X" + column + "Y" + row;
 }
 
 } // namespace

@@ -84,6 +84,8 @@ int filter_token(parse_stream* stream, token_element* token, Verdict* verdict) {
 // Blanks and line ends that would be dropped are counted as tokens, but need none made. (No keyword begins with one.)
 void pass_layout(parse_stream* stream) {
     parse_stream* context = activeContext(stream);
+    constexpr u8 kLAYOUT_CHARACTER = kBLANK_CHARACTER | kLINE_END_CHARACTER;
+    if (context->position == context->textEnd || !isOf(*context->position, kLAYOUT_CHARACTER)) return;
     if (context->lookAhead->depth != 0 || context->pendingStatus != 0) return;
     const bool passesBlanks = !delivers_layout(context, kMODE_WHITESPACE);
     const bool passesLineEnds = !delivers_layout(context, kMODE_LINE_ENDS);

@@ -149,9 +149,8 @@ u32 StrToNum(const char* text, unsigned base, bool strict, unsigned* baseOut, bo
 
 u64 memdata::unsignedFromValue(long double value) {
     constexpr long double kTWO_TO_63 = 9223372036854775808.0L;
-    const long double whole = std::trunc(value);
-    if (whole >= 0 && whole < 2 * kTWO_TO_63) return static_cast<u64>(whole);
-    if (whole < 0 && whole >= -kTWO_TO_63) return static_cast<u64>(static_cast<i64>(whole));
+    if (value >= 0 && value < 2 * kTWO_TO_63) return static_cast<u64>(value);
+    if (value < 0 && value >= -kTWO_TO_63) return static_cast<u64>(static_cast<i64>(value));
     return kINDEFINITE;
 }
 

@@ -19,10 +19,14 @@ constexpr u32 kLAYOUT_MODES = kMODE_WHITESPACE | kMODE_LINE_ENDS;
 
 using FileOwner = Tracked<fileIODescriptor, abandonFile>;
 
-// Files take the bytes as they are. Standard output goes through its switches and the journal.
+bool is_switched_or_copied() {
+    return !gOutputEnabled || (gJournalingEnabled && StandardLog != nullptr);
+}
+
+// Files take the bytes as they are. Standard output goes through its switches and the journal, where one is in use.
 int write_text(fileIODescriptor* file, const char* text, u64 length) {
     if (file != &StandardOut) return outputBlock(file, text, length);
-    return PutNextLine(file, "%s", text);
+    return is_switched_or_copied() ? PutNextLine(file, "%s", text) : outputLine(file, text);
 }
 
 int write_token(fileIODescriptor* file, const token_element* token) {

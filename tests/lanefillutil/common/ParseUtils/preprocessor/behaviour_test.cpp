@@ -188,6 +188,28 @@ TEST_F(PreprocessedFile, TakesTheDefaultExtension) {
     EXPECT_EQ(written(), "1 \"s\"\n");
 }
 
+TEST_F(PreprocessedFile, GoesToStandardOutputThroughItsSwitches) {
+    const std::string text = "a %d \"s\"\n";
+    folder_.write("in.bmm", text);
+    const Tracked<fileSpecType, DeleteFileSpec> in(CreateFileSpec((folder_.path() / "in.bmm").c_str()));
+    const auto shown = [&] {
+        CapturedAlerts output;
+        EXPECT_EQ(open_and_preprocess_file(in.get(), "bmm", nullptr, nullptr), 0);
+        return output.text();
+    };
+    EXPECT_EQ(shown(), text);
+    const bool enabled = EnabledPutLineOutput(false);
+    EXPECT_EQ(shown(), "");
+    EnabledPutLineOutput(enabled);
+
+    const Tracked<fileSpecType, DeleteFileSpec> log(CreateFileSpec((folder_.path() / "run.log").c_str()));
+    ASSERT_EQ(OpenJournalingFile(log.get()), 0);
+    EXPECT_EQ(shown(), text);
+    CloseJournalingFile();
+    std::ifstream journal(folder_.path() / "run.log", std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(journal), {}), text);
+}
+
 TEST_F(PreprocessedFile, DoesNotReplaceAnotherFile) {
     const CapturedAlerts alerts;
     folder_.write("out.bmm", "old\n");
