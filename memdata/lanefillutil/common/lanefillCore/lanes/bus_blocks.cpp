@@ -6,6 +6,7 @@
 #include "lanefillCore/lanes/fast_lanes.h"
 #include "lanefillCore/lanes/lane_positions.h"
 #include "lanefillCore/lanes/lane_words.h"
+#include "lanefillCore/lanes/unit_words.h"
 #include "lanefillCore/records/progress_stages.h"
 
 namespace {
@@ -71,6 +72,7 @@ int transformBusBlock(const char* fileName, const AddressRangeDefType* range, Bu
     start.headBits = bitsAhead(range, block, start.lane, address);
     if (start.headBits != 0) ++count; // the steps left were counted from the address on, not from its word
     const bool fast = path == TransformPath::kBY_SHAPE && hasFastShape(block);
+    const bool units = source->endianness == kDATA_ORDER && hasUnitWords(block);
     while (count > 0 && source->GetNumberBufferBitsRemaining() > 0) {
         if (fast && start.isWholeWord()) {
             count -= transformWholeBusWords(block, source, count / block->laneCount, byteSwapEcc) * block->laneCount;
@@ -78,6 +80,8 @@ int transformBusBlock(const char* fileName, const AddressRangeDefType* range, Bu
             if (count == 0 || source->GetNumberBufferBitsRemaining() == 0) break;
         }
         transformBusWord(block, start, source, byteSwapEcc, &count);
+        if (units && start.isWholeWord()) // behind which each lane has taken a word
+            count -= transformUnitWords(block, source, count / block->laneCount, byteSwapEcc) * block->laneCount;
         start = {};
     }
     return 0;

@@ -20,6 +20,11 @@ namespace memdata {
 void transformRestOfLaneValue(BitLaneGridElemType* element, unsigned headBits, unsigned swapWidth,
     BufferChunkAccess* source, EndianConvert::UInt128* bus);
 
+// Whether swapLaneBytes changes anything.
+constexpr bool swapsLaneBytes(unsigned swapWidth) {
+    return swapWidth == 16 || swapWidth == 32 || swapWidth == 64;
+}
+
 inline u64 swapLaneBytes(unsigned swapWidth, u64 word) {
     switch (swapWidth) {
     case 16:

@@ -49,7 +49,7 @@ void storeEach(const BusField& field, BitStream* stream, u64 wordBits, LaneSlots
 bool canGatherNarrow(const BusField& field, u64 nextBit, u64 wordBits) {
     const unsigned bits = field.bits;
     if (bits != 1 && bits != 2 && bits != 4) return false;
-    if (field.swapWidth == 16 || field.swapWidth == 32 || field.swapWidth == 64) return false;
+    if (swapsLaneBytes(field.swapWidth)) return false;
     return (nextBit + field.firstBit) % bits == 0 && wordBits % bits == 0;
 }
 

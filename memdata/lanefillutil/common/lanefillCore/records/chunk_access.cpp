@@ -59,8 +59,9 @@ void BufferChunkAccess::operator delete(void* cursor) {
     if (cursor != nullptr) releaseMemory(cursor);
 }
 
-// What is read first is the high part, in both orders.
+// What is read first is the high part, in both orders. A unit of no bits comes here too: its mask is empty.
 u64 BufferChunkAccess::readCrossing(unsigned bits, const TransformLookupType& entry) {
+    if (bits == 0) return 0;
     const u64 first = ReadTransformUnitValue(bits - entry.shift);
     return first << entry.shift | ReadTransformUnitValue(entry.shift);
 }
@@ -70,6 +71,7 @@ u64 BufferChunkAccess::readCrossing(unsigned bits, const TransformLookupType& en
 // this way once is found again only by writing the same way. Lanes never come here: theirs are slots that
 // no unit crosses. A width above a unit's has no row in the tables and ends the write.
 void BufferChunkAccess::writeCrossing(unsigned bits, unsigned long value, const TransformLookupType& entry) {
+    if (bits == 0) return;
     const unsigned here = bits - entry.shift;
     WriteTransformUnitValue(here, value >> here);
     bitOffset = 0;
@@ -77,18 +79,26 @@ void BufferChunkAccess::writeCrossing(unsigned bits, unsigned long value, const 
     WriteTransformUnitValue(entry.keep, value & entry.shift);
 }
 
-u64 BufferChunkAccess::readUnits(unsigned bits) {
+u64 BufferChunkAccess::readUnits(unsigned* bits) {
+    *bits = static_cast<unsigned>(std::min<u64>({*bits, bitsRemaining, kCHUNK_BITS}));
     u64 value = 0;
-    for (unsigned done = 0; done < bits;) {
-        const unsigned unit = std::min(bits - done, kUNIT_BITS);
+    for (unsigned done = 0; done < *bits;) {
+        const unsigned unit = std::min(*bits - done, kUNIT_BITS);
         const u64 part = ReadTransformUnitValue(unit);
         value = endianness == kDATA_ORDER ? value << unit | part : value | part << done;
         done += unit;
     }
+    refreshByteCount();
     return value;
 }
 
 void BufferChunkAccess::writeUnits(unsigned bits, unsigned long value) {
+    if (bitsRemaining == 0) return;
+    bits = std::min(bits, kCHUNK_BITS);
+    if (bitsRemaining < bits) { // the top bits survive
+        value >>= bits - bitsRemaining;
+        bits = static_cast<unsigned>(bitsRemaining);
+    }
     for (unsigned left = bits; left > 0;) {
         const unsigned unit = std::min(left, kUNIT_BITS);
         left -= unit;
@@ -99,6 +109,7 @@ void BufferChunkAccess::writeUnits(unsigned bits, unsigned long value) {
             value >>= unit;
         }
     }
+    refreshByteCount();
 }
 
 u64 BufferChunkAccess::GetNextBitLaneTransformChunk(unsigned* bits) {

@@ -80,61 +80,56 @@ private:
     static constexpr unsigned kCHUNK_BITS = 64; // the most that one chunk holds
 
     bool insideBuffer() const { return static_cast<u64>(current - buffer) < byteSize; }
-    void advance(unsigned bits);
+    // Passes a unit from the byte under the cursor on, up to bit end of it. The caller has read both fields ahead of any
+    // write to the byte: for all that the compiler knows, such a write changes them.
+    void advance(u8* byte, u64 end, unsigned bits);
     u64 readCrossing(unsigned bits, const TransformLookupType& entry);
     void writeCrossing(unsigned bits, unsigned long value, const TransformLookupType& entry);
-    u64 readUnits(unsigned bits);
-    void writeUnits(unsigned bits, unsigned long value);
-    void refreshByteCount() { byteCount = bitCount / 8 + (bitCount % 8 != 0 ? 1 : 0); }
+    u64 readUnits(unsigned* bits);                       // a chunk of several units, or one that is cut short
+    void writeUnits(unsigned bits, unsigned long value); // the same
+    void refreshByteCount() { byteCount = (bitCount + 7) / 8; }
 };
 
 // The steps of every bit of a translation stand here, so that its loops hold no calls.
 
-inline void BufferChunkAccess::advance(unsigned bits) {
-    const u64 end = bitOffset + bits;
-    current += end / 8;
+inline void BufferChunkAccess::advance(u8* byte, u64 end, unsigned bits) {
+    current = byte + end / 8;
     bitOffset = end % 8;
     bitsRemaining -= bits;
     bitCount += bits;
 }
 
 inline u64 BufferChunkAccess::ReadTransformUnitValue(unsigned bits) {
-    if (bits == 0 || bits > kUNIT_BITS) return 0;
+    if (bits > kUNIT_BITS) return 0;
     const TransformLookupType& entry = (*lookup)[bitOffset][bits];
     if (entry.mask == 0) return readCrossing(bits, entry);
     const u64 value = insideBuffer() ? (*current & entry.mask) >> entry.shift : 0;
-    advance(bits);
+    advance(current, bitOffset + bits, bits);
     return value;
 }
 
 inline void BufferChunkAccess::WriteTransformUnitValue(unsigned bits, unsigned long value) {
-    if (bits == 0 || bits > kUNIT_BITS) return;
+    if (bits > kUNIT_BITS) return;
     const TransformLookupType& entry = (*lookup)[bitOffset][bits];
     if (entry.mask == 0) return writeCrossing(bits, value, entry);
+    u8* const byte = current;
+    const u64 end = bitOffset + bits;
     if (insideBuffer())
-        *current = static_cast<u8>((entry.mask & static_cast<u32>(value << entry.shift)) | (entry.keep & *current));
-    advance(bits);
+        *byte = static_cast<u8>((entry.mask & static_cast<u32>(value << entry.shift)) | (entry.keep & *byte));
+    advance(byte, end, bits);
 }
 
 inline u64 BufferChunkAccess::GetNextTransformChunk(unsigned* bits) {
-    const auto count = static_cast<unsigned>(std::min<u64>(std::min(*bits, kCHUNK_BITS), bitsRemaining));
-    *bits = count;
-    const u64 value = count <= kUNIT_BITS ? ReadTransformUnitValue(count) : readUnits(count);
+    if (*bits > kUNIT_BITS || *bits > bitsRemaining) return readUnits(bits);
+    const u64 value = ReadTransformUnitValue(*bits);
     refreshByteCount();
     return value;
 }
 
 inline void BufferChunkAccess::PutNextTransformChunk(unsigned bits, unsigned long value) {
-    if (bitsRemaining == 0) return;
-    bits = std::min(bits, kCHUNK_BITS);
-    if (bitsRemaining < bits) { // the top bits survive
-        value >>= bits - bitsRemaining;
-        bits = static_cast<unsigned>(bitsRemaining);
-    }
-    if (bits <= kUNIT_BITS)
-        WriteTransformUnitValue(bits, value);
-    else
-        writeUnits(bits, value);
+    if (bits > kUNIT_BITS || bits > bitsRemaining) return writeUnits(bits, value);
+    if (bitsRemaining == 0) return; // of a chunk of no bits too
+    WriteTransformUnitValue(bits, value);
     refreshByteCount();
 }
 

@@ -3,8 +3,10 @@
 // MEMDATA_TRANSFORM_SEED and MEMDATA_TRANSFORM_SHAPES in the environment replace the seed and the number of shapes.
 // SPDX-License-Identifier: Apache-2.0
 #include "lanefillCore/lanes/bus_blocks.h"
+#include "lanefillCore/lanes/ecc_lanes.h"
 #include "lanefillCore/lanes/fast_lanes.h"
 #include "lanefillCore/lanes/lane_positions.h"
+#include "lanefillCore/lanes/lane_words.h"
 #include "support/map_builder.h"
 
 #include <gtest/gtest.h>
@@ -170,7 +172,8 @@ private:
 
     static void appendRange(std::ostringstream& out, const TransformRangeType& range, const u8* sliver) {
         out << " [" << range.start << "+" << range.size << " " << range.dataFirst - sliver << ":"
-            << range.dataLast - sliver << " " << range.dataSize << " " << range.bitCount << "]";
+            << range.dataLast - sliver << " " << range.dataSize << " " << range.bitCount << " bits " << range.firstBit
+            << ":" << range.endBit << "]";
     }
 
     BitLaneGridElemType* newLane(const Shape& shape, unsigned width, unsigned parityWidth, u32 eccType) {
@@ -416,6 +419,59 @@ TEST(FastLanes, GiveWhatThePlainFormGivesOnLanesThatDiffer) {
                                 segmentsThrough(shape, unlikeBits, TransformPath::kPLAIN))
                         << shape.text();
                 }
+}
+
+// A segment from the start of the only block on, as the plain form is told: each lane word by itself.
+std::string wordsOneByOne(const Shape& shape, u64 seed, std::vector<u8> bytes) {
+    Space space(shape);
+    space.fill(seed);
+    AddressRangeDefType* range = space.get()->ranges;
+    BusBlockType* block = range->busBlocks[0];
+    u64 count = 0;
+    u64 lane = 0;
+    EXPECT_EQ(initialize_busBlock_transform_positions("a.elf", range, block, 0, &count, &lane), 0);
+    EXPECT_EQ(initialize_busBlock_ECC_transform_positions("a.elf", range, block, 0, &lane), 0);
+    BufferChunkAccess source = BufferChunkAccess::OverWholeBuffer(bytes.data(), bytes.size() * 8, kDATA_ORDER, 0, 8);
+    for (; count > 0 && source.GetNumberBufferBitsRemaining() > 0; count -= block->laneCount) {
+        EndianConvert::UInt128 bus{0, 0};
+        for (u64 i = 0; i < block->laneCount; ++i)
+            if (source.GetNumberBufferBitsRemaining() > 0)
+                transform_bitLane_value(block->lanes[i], 0, &source, &bus);
+            else
+                accumulateStoredWord(block->lanes[i], 0, &bus);
+        transform_bus_access_ECC_value(block, shape.leOrder, bus);
+    }
+    return space.text();
+}
+
+// Blocks of such lanes take most of their words with fewer tests, also where the devices hold fewer than the block.
+TEST(PlainForm, TakesWordsOfOneUnitAsOneByOne) {
+    const SystemResources resources;
+    for (const unsigned laneBits : {1u, 2u, 4u, 8u})
+        for (const u64 laneCount : {1ul, 3ul, 8ul, 9ul, 32ul})
+            for (const u32 ordering : {kBIT_ORDERING_ASCENDING, kBIT_ORDERING_DESCENDING})
+                for (const u32 eccType : {0u, 1u, 5u})
+                    for (const bool shortDevice : {false, true}) {
+                        Shape shape{};
+                        shape.laneBits = laneBits;
+                        shape.laneCount = laneCount;
+                        shape.blockCount = 1;
+                        shape.blockWords = 96;
+                        shape.ordering = ordering;
+                        shape.eccType = eccType;
+                        if (eccType != 0) shape.eccWidths = {7};
+                        shape.leOrder = laneCount == 8;
+                        shape.shortDevice = shortDevice;
+                        Dice dice(laneBits);
+                        std::vector<u8> bytes(laneBits * laneCount * 96 / 8 - 1); // ends inside the last bus word
+                        for (u8& byte : bytes) byte = dice.byte();
+                        Space space(shape);
+                        space.fill(1);
+                        EXPECT_EQ(transformSegment(
+                                      "a.elf", space.get(), 0, bytes.data(), bytes.size(), TransformPath::kPLAIN),
+                            0);
+                        EXPECT_TRUE(space.text() == wordsOneByOne(shape, 1, bytes)) << shape.text();
+                    }
 }
 
 // Words of three parity bits cross bytes, which only the plain form writes as it must.
