@@ -27,6 +27,16 @@ std::string asWritten(std::string line) {
     return line;
 }
 
+bool keepsNamesOf(const AddressMapType* map) {
+    const std::string lead = std::string(map->name) + ".";
+    for (const AddressSpaceLinkType* link = map->addressSpaces; link != nullptr; link = link->next) {
+        std::string_view name = link->space->name;
+        if (name.starts_with(lead)) name.remove_prefix(lead.size());
+        if (name.find('.') != name.npos) return false;
+    }
+    return true;
+}
+
 } // namespace
 
 OwnedMapping newMapping(TarselDeviceType* device) {
@@ -65,6 +75,12 @@ std::string modelText(const AddressMappingType* mapping) {
 
 bool hasInstances(const AddressMappingType* mapping) {
     return testing::dumpMapping(mapping).find(kINSTANCE_MARK) != std::string::npos;
+}
+
+bool keepsNames(const AddressMappingType* mapping) {
+    const AddressMapType* map = mapping->addressMaps;
+    while (map != nullptr && keepsNamesOf(map)) map = map->next;
+    return map == nullptr && (mapping->templateMap == nullptr || keepsNamesOf(mapping->templateMap));
 }
 
 } // namespace memdata::fuzz

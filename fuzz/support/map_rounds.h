@@ -24,6 +24,8 @@ std::string annotatedText(AddressMappingType* mapping);
 // its path; path and ECC word of templates.
 std::string modelText(const AddressMappingType* mapping);
 bool hasInstances(const AddressMappingType* mapping);
+// Whether the text has the whole name of each space: of a name with dots it has the part behind the last one.
+bool keepsNames(const AddressMappingType* mapping);
 
 } // namespace memdata::fuzz
 
