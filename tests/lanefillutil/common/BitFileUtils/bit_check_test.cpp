@@ -77,3 +77,32 @@ TEST_F(BitCheck, AnAutoCrcOfOneShortWordIsTheLowHalfOfTheSum) {
     EXPECT_EQ(found.crcWords, 1U);
     EXPECT_EQ(found.wrongCrcWords, 0U);
 }
+
+TEST_F(BitCheck, ADifferenceInParityAloneIsToldAsSuch) {
+    const char* device = "td3a16";
+    constexpr u32 kRAMB18 = 1; // among the kinds of its memories
+    const BitRecipe recipe{.device = device};
+    PlacedMap map(device);
+    BitLaneType* lane = map.add(sitesOf(map.device(), kRAMB18).front(), 9);
+    ASSERT_EQ(lane->parityWidth, 1U);
+    map.fill(1);
+    fileSpecType* input =
+        CreateFileSpec(folder.write("in.bit", textOf(bitFileOf(recipe, makeBit(recipe).stream))).c_str());
+    fileSpecType* output = CreateFileSpec(folder.file("out.bit").c_str());
+    ASSERT_EQ(DoBITReplacement(input, output, 0, map.get(), nullptr, nullptr), 0) << alerts.text();
+
+    const auto wordParity = [&] { return lane->paritySliver[2] & 1U; }; // of the word 16, whose bit comes first
+    const u64 inFile = wordParity();
+    lane->paritySliver[2] ^= 1;
+    StreamCheck found;
+    EXPECT_EQ(checkBitFile(output, map.get(), &found), 0) << alerts.text();
+    ASSERT_EQ(found.memories.differences.size(), 1U);
+    const LaneDifference& difference = found.memories.differences.front();
+    EXPECT_EQ(difference.lane, lane);
+    EXPECT_TRUE(difference.inParity);
+    EXPECT_EQ(difference.word, 16U);
+    EXPECT_EQ(difference.expected, wordParity());
+    EXPECT_EQ(difference.found, inFile);
+    DeleteFileSpec(&input);
+    DeleteFileSpec(&output);
+}

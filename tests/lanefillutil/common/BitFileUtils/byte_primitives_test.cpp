@@ -186,6 +186,39 @@ TEST_F(BytePrimitives, EachByteOfASmallRunIsReported) {
     EXPECT_EQ(lastPercent, 28);
 }
 
+TEST_F(BytePrimitives, EachByteOfASmallOutputIsReported) {
+    reports = 0;
+    SetupUpdateProgress(50, countReports);
+    EXPECT_EQ(WriteData(output(), "0123456789", 10), 0);
+    EXPECT_EQ(written(), hexText("0123456789", 10));
+    EXPECT_EQ(reports, 10);
+    EXPECT_EQ(lastPercent, 20);
+}
+
+TEST_F(BytePrimitives, APieceOfASmallRunIsOneUnitAndEachOfItsBytesIsReported) {
+    reports = 0;
+    SetupUpdateProgress(50, countReports);
+    const u8* piece = nullptr;
+    u64 count = 0;
+    EXPECT_EQ(readPiece(input("0123456789"), 4, 8, &piece, &count), 0);
+    EXPECT_EQ(std::string(piece, piece + count), "0123");
+    EXPECT_EQ(reports, 4);
+}
+
+TEST_F(BytePrimitives, AnAbortStopsInsideOfAPieceAndAnOutput) {
+    reports = 0;
+    SetupUpdateProgress(50, abortAtThirdReport);
+    const u8* piece = nullptr;
+    u64 count = 0;
+    EXPECT_EQ(readPiece(input("0123456789"), 4, 8, &piece, &count), 15);
+    EXPECT_EQ(reports, 3);
+    reports = 0;
+    SetupUpdateProgress(50, abortAtThirdReport);
+    EXPECT_EQ(WriteData(output(), "0123456789", 10), 15);
+    EXPECT_EQ(written(), hexText("012", 3));
+    SetupUpdateProgress(0, nullptr);
+}
+
 TEST_F(BytePrimitives, ARunOfRealSizeIsNotReported) {
     reports = 0;
     SetupUpdateProgress(100, countReports);

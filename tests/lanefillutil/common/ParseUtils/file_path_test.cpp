@@ -108,6 +108,26 @@ TEST_F(FilePath, ThePathCanBeginWithTheToken) {
     DeleteFileSpec(&spec);
 }
 
+TEST_F(FilePath, ABeginningIsJoinedToTheTextSoFar) {
+    TextReader text("=sub;");
+    text.next();
+    const KeywordOverlay overlay(text, &file_path_token_set);
+    ASSERT_EQ(internal_get_next_token(text, text.token()), 0);
+    const token_type* const read = text.token()->type;
+    const token_type* last = nullptr;
+    char* name = StrPostCat(nullptr, "lib/");
+    EXPECT_EQ(parse_file_path_beginning(text, text.token(), false, &name, &last), 0);
+    EXPECT_STREQ(name, "lib/sub");
+    EXPECT_EQ(last, read);
+    EXPECT_EQ(tokenText(*text.token()), "SEMICOLON(;)");
+
+    // What cannot begin a path leaves both as they are.
+    EXPECT_NE(parse_file_path_beginning(text, text.token(), true, &name, &last), 0);
+    EXPECT_STREQ(name, "lib/sub");
+    EXPECT_EQ(last, read);
+    const OwnedString released(name);
+}
+
 TEST_F(FilePath, ABlankBehindThePathStaysOnDemand) {
     TextReader text("= a.mem ;");
     EXPECT_EQ(read(text, false, false), "a.mem then WHITESPACE_TOKEN( )");
