@@ -177,6 +177,14 @@ TEST(ToolHelp, SubCommandsTellAboutThemselves) {
     }
 }
 
+TEST(ToolHelp, ACheckOfNothingSaysWhatItTakes) {
+    const ToolResult result = runTool({"check"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err,
+        "lanefill: check takes a bit file, a map and data: lanefill check new.bit -bm soc.bmm -bd app.elf\n");
+}
+
 // Runs.
 
 class ToolRuns : public ToolFolder {};

@@ -103,6 +103,10 @@ TEST(OptionString, AnXmlTextIsAStringWithEscapes) {
     EXPECT_EQ(joined({"-mx", "<A n=\"x\"/>\n\\", "root", "top"}), "-mx \"<A n=\\\"x\\\"/>\\n\\\\\" root top");
 }
 
+TEST(OptionString, AnXmlTextKeepsBothLineEnds) {
+    EXPECT_EQ(joined({"-mx", "<A>\r\n</A>"}), "-mx \"<A>\\r\\n</A>\"");
+}
+
 TEST(OptionString, AMegabyteIsJoined) {
     const std::string file(1 << 20, 'a');
     EXPECT_EQ(name(file), file);

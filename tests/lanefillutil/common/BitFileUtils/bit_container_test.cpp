@@ -326,4 +326,25 @@ TEST(BitContainerMemory, EveryAllocationMayFail) {
     EXPECT_GT(sweep.faultCount, 10u);
 }
 
+TEST(BitContainerMemory, AnImageThatFindsNoMemoryIsNone) {
+    SystemResources system;
+    TemporaryFolder folder;
+    const std::string name = folder.write("a.bit", textOf(t4kBitFile({}, kSTREAM)));
+    const FaultSweep sweep = sweepAllocationFaults([&] {
+        BitFile bit;
+        fileIODescriptor* image = nullptr;
+        fileSpecType* spec = CreateFileSpec(name.c_str());
+        const int status =
+            spec == nullptr ? 7 : OpenBITFileData(spec, 0, &bit.dataLength, &bit.device, &bit.header, &image);
+        DeleteFileSpec(&spec);
+        EXPECT_EQ(image != nullptr, status == 0);
+        EXPECT_EQ(bit.header.dataPointer != nullptr, status == 0);
+        Close_File(&image);
+        if (status == 0) releaseMemory(std::exchange(bit.header.dataPointer, nullptr));
+        return status;
+    });
+    EXPECT_EQ(sweep.failures, "");
+    EXPECT_GT(sweep.faultCount, 5u);
+}
+
 } // namespace

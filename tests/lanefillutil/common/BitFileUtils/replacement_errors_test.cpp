@@ -364,3 +364,21 @@ TEST_F(BadReplacement, AFileThatIsCopiedAheadLeavesNothingWhenItIsGivenUp) {
     EXPECT_EQ(folder.listing(), "out.bit\ntop.bit\n");
     EXPECT_EQ(readFile(oldOutput), kOLD);
 }
+
+TEST_F(BadReplacement, WithoutDeviceOrBytesNothingIsReplacedInPlace) {
+    u8 image[4] = {};
+    TarselDeviceType* device = get_device_record_by_name("td6a24");
+    const char* const kREFUSED =
+        "ERROR:Lanefill:86 - A stream cannot be changed in place without its device and bytes.";
+    EXPECT_EQ(DoInplaceBITReplacement(nullptr, image, sizeof image, nullptr, nullptr), 3);
+    EXPECT_EQ(said(), kREFUSED);
+    EXPECT_EQ(DoInplaceBITReplacement(device, nullptr, sizeof image, nullptr, nullptr), 3);
+    EXPECT_EQ(said(), kREFUSED);
+}
+
+TEST_F(BadReplacement, AStreamOfFourGigabytesIsRefusedInPlace) {
+    u8 image[4] = {};
+    TarselDeviceType* device = get_device_record_by_name("td6a24");
+    EXPECT_EQ(DoInplaceBITReplacement(device, image, u64{1} << 32, nullptr, nullptr), 3);
+    EXPECT_EQ(said(), "ERROR:Lanefill:86 - A stream of 4 GiB or more cannot be changed in place.");
+}

@@ -272,6 +272,15 @@ TEST_F(AnnotatedMap, TurnedLanesStandInTheirWrittenPlace) {
     EXPECT_EQ(blocks(space), "BUS_BLOCK\n    hi [15:8];\n    lo [7:0];\nEND_BUS_BLOCK;\n");
 }
 
+TEST_F(AnnotatedMap, AListOfMemoriesIsWrittenByItself) {
+    const u32 widths[] = {8, 16};
+    create_MEMORY_extended_type("sram", kUSER_MEMORY_CLASS, nullptr, 16, widths, 2);
+    const auto write = [](auto* file) { return output_user_defined_memories(file, get_MEMORY_extended_list(), 2); };
+    EXPECT_EQ(written(write), title("User defined memory device of 0X0000000000000010 bytes (16 Bytes).", "  ") +
+                                  "  DEFINE_MEMORY_TYPE sram [0X0000000000000010] 8 16;\n\n");
+    EXPECT_EQ(written([](auto* file) { return output_user_defined_memories(file, nullptr, 2); }), "");
+}
+
 TEST_F(AnnotatedMap, TheUsersMemoriesComeFirst) {
     const u32 widths[] = {8, 16, 32};
     create_MEMORY_extended_type("sram", kUSER_MEMORY_CLASS, nullptr, 0x600, widths, 3);

@@ -128,6 +128,21 @@ TEST_F(FilePath, ABeginningIsJoinedToTheTextSoFar) {
     const OwnedString released(name);
 }
 
+TEST_F(FilePath, AListGrowsBehindThePathsThatItHas) {
+    StrList paths = nullptr;
+    TextReader text("= one;two, = three,");
+    text.next();
+    ASSERT_EQ(compile_file_paths(text, text.token(), &paths), 0);
+    EXPECT_EQ(StrListCount(paths), 2U);
+    text.next();
+    ASSERT_EQ(compile_file_paths(text, text.token(), &paths), 0);
+    ASSERT_EQ(StrListCount(paths), 3U);
+    EXPECT_STREQ(StrListGet(paths, 0), "one/");
+    EXPECT_STREQ(StrListGet(paths, 1), "two/");
+    EXPECT_STREQ(StrListGet(paths, 2), "three/");
+    StrListDelete(paths);
+}
+
 TEST_F(FilePath, ABlankBehindThePathStaysOnDemand) {
     TextReader text("= a.mem ;");
     EXPECT_EQ(read(text, false, false), "a.mem then WHITESPACE_TOKEN( )");
