@@ -7,6 +7,7 @@
 #include "ParseUtils/tokens.h"
 
 #include <array>
+#include <utility>
 
 // One word of a constant table. A table ends with a row without a word:
 //     constexpr keyword_row kWORDS[] = {{"on", &kON_KEYWORD, false}, {}};
@@ -34,13 +35,13 @@ struct token_set {
     std::array<u8, kMOST_ROWS> nextRow{};
 
     constexpr explicit token_set(const keyword_row* table) : rows(table), words(nullptr) {
-        std::array<u8*, 256> ends{};
+        std::array<u8, 256> lastRow{}; // of each chain so far
         for (u8 number = 1; table[number - 1].word != nullptr; ++number) {
             const keyword_row& row = table[number - 1];
             addFirstLetter(row.word[0], row.caseSensitive);
             const auto letter = static_cast<u8>(memdata::foldedCase(row.word[0]));
-            *(ends[letter] == nullptr ? &firstRow[letter] : ends[letter]) = number;
-            ends[letter] = &nextRow[number - 1];
+            const u8 previous = std::exchange(lastRow[letter], number);
+            (previous == 0 ? firstRow[letter] : nextRow[previous - 1]) = number;
         }
     }
     constexpr void addFirstLetter(char letter, bool caseSensitive) {
