@@ -164,7 +164,7 @@ int open_over_text(
     const bool reuses = parent != nullptr && parent->root->idleContexts != nullptr;
     const int status =
         reuses ? reuse_context(name, held, keywords, parent, out) : open_new_context(name, held, keywords, parent, out);
-    if (status != 0 && status != kEMPTY_TEXT) return status;
+    if ((status != 0 && status != kEMPTY_TEXT) || *out == nullptr) return status;
     (*out)->isReusable = parent != nullptr;
     if (held.isEmpty) (*out)->textEnd = (*out)->textBegin;
     return status;

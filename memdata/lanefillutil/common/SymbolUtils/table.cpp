@@ -98,7 +98,7 @@ u32 hash(const char* name, u32 size) {
     u32 value = 0;
     for (; *name != '\0'; ++name) {
         // (value << 4) ^ character, its top four bits folded into bits 4 to 7: each part by itself, which waits less.
-        const auto character = static_cast<u32>(static_cast<signed char>(*name)); // sign-extended
+        const u32 character = (u32{static_cast<u8>(*name)} ^ 0x80) - 0x80; // sign-extended
         value =
             (value << 4 & 0x0FFFFFFF) ^ (value >> 20 & 0xF0) ^ ((character & 0x0FFFFFFF) ^ (character >> 24 & 0xF0));
     }
