@@ -36,16 +36,16 @@ struct Site {
     const TranslationTableType* table = nullptr;
     const BRAMPhysLocDataType* physLoc = nullptr;
     BitLaneType* bitLane = nullptr;
-    int exists = 0;
+    bool exists = false;
     const MEMORYType* type = nullptr; // the bit lane's, else the device's first one
 };
 
 Site siteAt(const TarselDeviceType* device, const AddressMappingType* addressMapping, i32 rowIndex, i32 column) {
     Site site;
-    site.exists = lookup_BRAM_existence(
-        addressMapping, rowIndex, column, &site.row, &site.column, &site.table, &site.physLoc, &site.bitLane);
+    site.exists = lookup_BRAM_existence(addressMapping, rowIndex, column, &site.row, &site.column, &site.table,
+                      &site.physLoc, &site.bitLane) == kT;
     if (device->family == &kDunmare6FamilyTable && site.physLoc != nullptr && site.physLoc->logicalRow < 0)
-        site.exists = k_;
+        site.exists = false;
     site.type = site.bitLane != nullptr ? site.bitLane->memory->type : device->memoryLocs[0].type;
     return site;
 }
@@ -70,7 +70,7 @@ u8* walkColumn(const TarselDeviceType* device, u8* data, u64 byteCount, i32 phys
         }
         const u64 offset = static_cast<u64>(pointer - data);
         const bool fits = offset <= wholeBytes && memdata::codecFrameBytes(device, site.type) <= wholeBytes - offset;
-        if (site.exists == kT && fits) visit(site, pointer);
+        if (site.exists && fits) visit(site, pointer);
         pointer = SkipToNextEncodedBRAM(site.type, site.physLoc, pointer);
     }
     if (shifted) ShiftDataRight(data, byteCount, kHEAD_SHIFT);

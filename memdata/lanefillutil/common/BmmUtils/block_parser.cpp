@@ -78,7 +78,7 @@ u64 rootOffset(const parse_stream* stream) {
 
 int hand_over_blocks(std::vector<OwnedBlock>* blocks, AddressRangeDefType* range) {
     range->busBlocks = newBusBlockArray(blocks->size());
-    if (range->busBlocks == nullptr) return OUT_OF_MEMORY("addressRange", blocks->size() * sizeof(BusBlockArrayType));
+    if (range->busBlocks == nullptr) return OUT_OF_MEMORY("addressRange", blocks->size() * sizeof(void*));
     for (OwnedBlock& block : *blocks) range->busBlocks[range->busBlockCount++] = block.release();
     return 0;
 }
