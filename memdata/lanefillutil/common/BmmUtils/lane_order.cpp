@@ -19,7 +19,7 @@ bool is_little_endian(const AddressMapType* map) {
 }
 
 int keep_written_order(BusBlockType* block) {
-    const u64 byteCount = block->laneCount * sizeof(BitLaneArrayType);
+    const u64 byteCount = block->laneCount * sizeof(void*);
     auto* array = static_cast<BitLaneArrayType*>(
         getMemory("a 'BitLaneArrayType' pointer for an array of 'BitLaneGridElemType *' records", byteCount));
     if (array == nullptr)

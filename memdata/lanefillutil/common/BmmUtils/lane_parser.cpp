@@ -255,7 +255,7 @@ int take_lane(const BlockType& block, LaneChainType* data, LaneChainType* ecc, B
 int hand_over(LaneChainType* chain, BitLaneArrayType** lanes, u64* count) {
     if (chain->count == 0) return 0;
     *lanes = newBitLaneArray(chain->count);
-    if (*lanes == nullptr) return OUT_OF_MEMORY("busBlock", chain->count * sizeof(BitLaneArrayType));
+    if (*lanes == nullptr) return OUT_OF_MEMORY("busBlock", chain->count * sizeof(void*));
     while (chain->head != nullptr) (*lanes)[(*count)++] = chain->take();
     return 0;
 }
