@@ -52,9 +52,9 @@ inline constexpr Alert_message_type kERROR_TOO_MUCH_REPEATED_TEXT{
     0, "The loop of '%s' can not go on, the limit of %lld bytes of repeated text is reached."};
 
 // Tokens that loops go back over, and those of macro bodies and rescans, while one stream is open: what reading takes
-// time for, however short the text. A loop over a million lanes stays below; one that runs away meets it in seconds.
-// Arguments: the directive or the macro, the limit.
-inline constexpr u64 kMAX_REPEATED_TOKENS = 100'000'000;
+// time for, however short the text. A loop that makes 400,000 blocks by a function stays below; one that runs away meets
+// it in seconds. Arguments: the directive or the macro, the limit.
+inline constexpr u64 kMAX_REPEATED_TOKENS = 50'000'000;
 inline constexpr u64 kTOKENS_OF_A_JUMP = 4; // what going back counts by itself
 inline constexpr Alert_message_type kERROR_TOO_MANY_REPEATED_TOKENS{
     0, "The loop of '%s' can not go on, the limit of %lld repeated tokens is reached."};
