@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/file_copier.h"
 
+#include "platform/held_signals.h"
+
 #include <algorithm>
-#include <csignal>
 #include <exception>
 #include <new>
 #include <sched.h>
@@ -24,21 +25,6 @@ bool writeAt(int descriptor, const char* bytes, u64 count, u64 offset) {
     }
     return true;
 }
-
-// A thread inherits which signals are held back: all of them go to the threads of the host.
-class AllSignalsHeld {
-public:
-    AllSignalsHeld() {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before_);
-    }
-    ~AllSignalsHeld() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-    AllSignalsHeld& operator=(AllSignalsHeld&&) = delete; // neither copied nor moved
-
-private:
-    sigset_t before_;
-};
 
 } // namespace
 

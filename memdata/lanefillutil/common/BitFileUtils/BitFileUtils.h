@@ -12,6 +12,7 @@
 //   stream_walker    one pass over a configuration stream
 //   config_words     words of a stream: values, sync words, Auto CRC words
 //   register_ops     what a walk does with a packet, by the kind of its register
+//   burst_crc        the CRC of a large burst, taken by a second thread
 //   frame_bursts     frame data: read whole, changed in place, written back; burst_dump tells it as text
 //   bit_image        the stream of a file as an image in memory
 //   bit_commands     dump and replacement of whole files

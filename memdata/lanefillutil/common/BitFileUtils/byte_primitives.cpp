@@ -3,6 +3,7 @@
 #include "BitFileUtils/byte_primitives.h"
 
 #include "BitFileUtils/progress.h"
+#include "FileUtils/copied_output.h"
 #include "StringUtils/StringUtils.h"
 #include "SystemUtils/alerts.h"
 #include "lanefillCore/records/progress_stages.h"
@@ -113,6 +114,12 @@ int memdata::readPiece(fileIODescriptor* file, u64 unitBytes, u64 limit, const u
     for (u64 i = 0; i < *count; ++i)
         if (int status = moved(1); status != 0) return status;
     return 0;
+}
+
+int memdata::passCopiedData(fileIODescriptor* input, fileIODescriptor* output, u64 unitBytes, u64 limit, u64* count) {
+    if (int status = passCopied(output, input, unitBytes, limit, count); status != 0) return status;
+    if (int status = moved(*count); status != 0) return status;
+    return moved(*count);
 }
 
 int WriteData(fileIODescriptor* file, const void* buffer, u64 count) {

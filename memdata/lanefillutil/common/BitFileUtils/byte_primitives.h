@@ -53,6 +53,10 @@ int corruptedHeader(const fileIODescriptor* file);
 // The next bytes where they stand, in whole units of unitBytes, up to limit: see inputPiece.
 int readPiece(fileIODescriptor* file, u64 unitBytes, u64 limit, const u8** bytes, u64* count);
 
+// The next bytes of the input, in whole units, where the output holds them already: see passCopied. They count as read
+// and written.
+int passCopiedData(fileIODescriptor* input, fileIODescriptor* output, u64 unitBytes, u64 limit, u64* count);
+
 } // namespace memdata
 
 #endif

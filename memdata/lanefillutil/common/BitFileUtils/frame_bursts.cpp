@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BitFileUtils/frame_bursts.h"
 
+#include "BitFileUtils/burst_crc.h"
 #include "BitFileUtils/byte_primitives.h"
 #include "BitFileUtils/column_window.h"
 #include "BitFileUtils/config_words.h"
@@ -21,6 +22,7 @@ using namespace memdata;
 constexpr int kUNSUPPORTED_STATUS = 3;
 constexpr u32 kLONG_COUNT_BYTES = 4; // in one word or two
 constexpr u64 kCOPY_BLOCK_BYTES = 256 * 1024;
+constexpr u64 kPASSED_BYTES = u64{4} << 20; // at a time: the second thread begins, and the progress is told
 
 bool isFirstGeneration(const TarselDeviceType* device) {
     return (device->family->familyMask & kFIRST_GENERATION_MASK) != 0;
@@ -50,8 +52,10 @@ int copyBurst(StreamWalk& walk, u32 commandWord) {
     if (walk.addressMapping != nullptr)
         if (int status = bramColumns(walk, wordCount * walk.family().configWordBytes, &columns); status != 0)
             return status;
-    return columns.count == 0 ? copyWords(walk, commandWord, wordCount)
-                              : copyColumns(walk, commandWord, wordCount, columns);
+    BurstCrc crc(walk, commandWord, wordCount);
+    const int status = columns.count == 0 ? copyWords(walk, commandWord, wordCount)
+                                          : copyColumns(walk, commandWord, wordCount, columns);
+    return status != 0 ? status : crc.finish();
 }
 
 } // namespace
@@ -92,15 +96,23 @@ int memdata::readBytes(StreamWalk& walk, u8* to, u64 byteCount) {
 
 int memdata::writeWords(StreamWalk& walk, u32 commandWord, const u8* words, u64 byteCount) {
     if (int status = WriteData(walk.output, words, byteCount); status != 0) return status;
-    CRC_Data(walk.device, commandWord, words, byteCount / walk.family().configWordBytes);
+    if (walk.burstCrc != nullptr)
+        walk.burstCrc->noteWritten();
+    else
+        CRC_Data(walk.device, commandWord, words, byteCount / walk.family().configWordBytes);
     return 0;
 }
 
 int memdata::copyWords(StreamWalk& walk, u32 commandWord, u64 wordCount) {
     const u64 wordBytes = walk.family().configWordBytes;
     for (u64 left = wordCount * wordBytes; left > 0;) {
-        const u8* words = nullptr;
         u64 count = 0;
+        if (walk.burstCrc != nullptr)
+            if (int status = walk.burstCrc->passWords(std::min(left, kPASSED_BYTES), &count); status != 0)
+                return status;
+        left -= count;
+        if (count != 0) continue;
+        const u8* words = nullptr;
         const int status = readPiece(walk.input, wordBytes, std::min(left, kCOPY_BLOCK_BYTES), &words, &count);
         if (status == kEND_OF_CONTENTS) return streamEndsEarly(walk, left);
         if (status != 0) return status;

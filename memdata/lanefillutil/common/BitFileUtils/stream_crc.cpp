@@ -147,6 +147,10 @@ u32 crcOfWords(u32 crc, u32 address, const u8* data, u64 wordCount) {
     return crcOfWordsByTable(crc, address, data, wordCount);
 }
 
+bool entersRunsOfWords(const TarselDeviceType* device) {
+    return gCRC_Word == CRC_32_37 && device->family->configWordBytes == 4;
+}
+
 } // namespace memdata
 
 void CRC_Reset(const TarselDeviceType* device) {
@@ -180,7 +184,7 @@ void CRC_Data(const TarselDeviceType* device, u32 commandWord, const u8* data, u
     const TarselFamilyType& family = *device->family;
     const RegisterBitFieldType& field = family.commandFields[memdata::kADDRESS_FIELD];
     const u32 address = (commandWord & field.mask) >> field.shift;
-    if (gCRC_Word == CRC_32_37 && family.configWordBytes == 4) {
+    if (memdata::entersRunsOfWords(device)) {
         gAccumulated_CRC = memdata::crcOfWords(gAccumulated_CRC, address, data, wordCount);
     } else if (family.configWordBytes == 4) {
         for (u64 i = 0; i < wordCount; ++i) gCRC_Word(address, bigEndianWord(data + 4 * i));

@@ -44,6 +44,8 @@ namespace memdata {
 // where it has them, and by tables elsewhere.
 u32 crcOfWords(u32 crc, u32 address, const u8* data, u64 wordCount); // big-endian 32-bit words
 u32 crcOfWordsByTable(u32 crc, u32 address, const u8* data, u64 wordCount);
+// Whether CRC_Data enters bursts of the device so.
+bool entersRunsOfWords(const TarselDeviceType* device);
 
 } // namespace memdata
 

@@ -59,6 +59,8 @@ struct StreamCheck {
     }
 };
 
+class BurstCrc;
+
 struct StreamWalk {
     fileIODescriptor* input;
     fileIODescriptor* output; // one of the two is null
@@ -69,6 +71,8 @@ struct StreamWalk {
     AddressMappingType* addressMapping;
     u32 startSize;
     StreamCheck* check = nullptr; // of a copy that is thrown away: memories are compared and not changed
+
+    BurstCrc* burstCrc = nullptr; // while a burst is copied whose CRC a second thread takes
 
     u32 lastKind = kNO_REGISTER_KIND;
     u32 lastCommand = 0; // value of the last write of CMD

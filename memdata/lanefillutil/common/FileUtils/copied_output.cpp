@@ -6,6 +6,7 @@
 #include "FileUtils/output_target.h"
 #include "FileUtils/state.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
@@ -52,6 +53,32 @@ bool beginAsCopy(fileIODescriptor* output, const fileIODescriptor* input) {
     if (whole < 0 || !exchangeTemporary(output, whole, copy->folder_)) return false;
     output->copyOf = input;
     return true;
+}
+
+int passCopied(fileIODescriptor* output, fileIODescriptor* input, u64 unitBytes, u64 limit, u64* count) {
+    *count = 0;
+    const u64 position = GetFilePosition(input);
+    if (output->copyOf != input || position != GetFilePosition(output) || position >= input->logicalSize) return 0;
+    const u64 passed = std::min(limit, input->logicalSize - position) / unitBytes * unitBytes;
+    if (passed == 0) return 0;
+    if (int status = passOver(output, passed); status != 0) return status;
+    moveMappedInputTo(input, position + passed);
+    *count = passed;
+    return 0;
+}
+
+bool isWorthFollowing(const fileIODescriptor* output, u64 byteCount) {
+    return output->copyOf != nullptr && byteCount >= gFileState.smallestCopy && hasSecondProcessor();
+}
+
+OutputFollower::OutputFollower(fileIODescriptor* output, FileFollower::Taker taker, void* state)
+    : output_(output), follower_(fileno(output->stream), GetFilePosition(output), taker, state) {}
+
+int OutputFollower::finish() {
+    if (int status = Flush_File(output_); status != 0) return status;
+    noteWritten();
+    const int error = follower_.finish();
+    return error == 0 ? 0 : failOutput(output_, causeText(error));
 }
 
 } // namespace memdata

@@ -11,6 +11,7 @@
 #include "FileUtils/descriptor.h"
 #include "FileUtils/file_spec.h"
 #include "platform/file_copier.h"
+#include "platform/file_follower.h"
 
 #include <memory>
 #include <string>
@@ -42,6 +43,32 @@ private:
 // output stands in another folder or has a temporary with a name.
 // The input must be open as long as the output is written to, and checkInputUnchanged asked afterwards.
 bool beginAsCopy(fileIODescriptor* output, const fileIODescriptor* input);
+
+// Passes over the next bytes of the input and of an output that holds them already at the place where they would be
+// written: as many whole units of unitBytes as there are, up to limit. Nothing of them is read or mapped. *count is
+// their number, 0 where the output is no such copy or no whole unit is left. Status as outputBlock.
+int passCopied(fileIODescriptor* output, fileIODescriptor* input, u64 unitBytes, u64 limit, u64* count);
+
+// Whether a second thread is to follow the next byteCount bytes of an output: those of a copy, when they are many.
+bool isWorthFollowing(const fileIODescriptor* output, u64 byteCount);
+
+// Reads what is written to a copied output from here on by a second thread, which gives it to a function: see
+// FileFollower. The output is open as long as the follower lives.
+class OutputFollower {
+public:
+    OutputFollower(fileIODescriptor* output, FileFollower::Taker taker, void* state);
+
+    bool isRunning() const { return follower_.isRunning(); }
+    // Tells the thread what has gone to the file meanwhile.
+    void noteWritten() { follower_.follow(output_->filePosition); }
+    // Hands all that is written to the file and waits until it was taken. Once. Status 0, or that of a failed write;
+    // what can not be read back counts as one.
+    int finish();
+
+private:
+    fileIODescriptor* output_;
+    FileFollower follower_;
+};
 
 } // namespace memdata
 

@@ -45,11 +45,15 @@ int primeDiskInput(fileIODescriptor* file, u64 size, bool sizeIsKnown);
 // the system will not map it.
 bool primeMappedInput(fileIODescriptor* file, u64 size);
 void unmapWindow(fileIODescriptor* file);
+// The next byte to read is that of a place further on, which is not mapped before it is read.
+void moveMappedInputTo(fileIODescriptor* file, u64 position);
 
 // writing.cpp
 int moveDiskOutput(fileIODescriptor* file, int flag);
 // Reports the first failure of an output, and only that; the output's status.
 int failOutput(fileIODescriptor* file, const char* cause);
+// Leaves the next count bytes of an output on disk as they stand. Status as outputBlock.
+int passOver(fileIODescriptor* file, u64 count);
 
 // failures.cpp
 inline constexpr const char* kCUT_SHORT = "it was cut short while it was read";

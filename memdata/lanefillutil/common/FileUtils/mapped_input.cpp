@@ -74,6 +74,15 @@ void memdata::unmapWindow(fileIODescriptor* file) {
     munmap(file->buffer, bytes);
 }
 
+void memdata::moveMappedInputTo(fileIODescriptor* file, u64 position) {
+    if (position <= file->bufferBase + file->bufferEnd) {
+        file->bufferPosition = position - file->bufferBase;
+        return;
+    }
+    file->bufferBase = position; // the old window holds nothing of it, and goes with the next move
+    file->bufferPosition = file->bufferEnd = file->textEnd = 0;
+}
+
 int memdata::checkInputUnchanged(fileIODescriptor* file) {
     if (file->mappedBytes == 0 || isUnchanged(file->window)) return 0;
     return PrintError(kERROR_MESSAGE_STRING, 1,

@@ -116,7 +116,7 @@ std::string linkOfDescriptor(int descriptor) {
 // A file without a name can be given one only through its link in /proc.
 int openNameless(const std::string& folder) {
     if (gFileState.temporaryKind == TemporaryKind::kNAMED) return -1;
-    const int descriptor = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kNEW_FILE_MODE);
+    const int descriptor = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kNEW_FILE_MODE);
     struct stat link {};
     if (descriptor < 0 || lstat(linkOfDescriptor(descriptor).c_str(), &link) == 0) return descriptor;
     close(descriptor);

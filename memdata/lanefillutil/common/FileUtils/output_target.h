@@ -17,7 +17,8 @@ namespace memdata {
 // kept for reportCause); 7.
 int openOutputTarget(fileIODescriptor* file);
 // A file without a name in the folder where an output of this name would stand, and that folder, links followed, with a
-// slash. -1 when the name stands for anything but a regular file, new or old, or the system makes no such files.
+// slash. -1 when the name stands for anything but a regular file, new or old, or the system makes no such files. It may be
+// read, too.
 int openNamelessTemporary(const char* outputName, std::string* folder);
 // Puts another nameless file of that folder, which stays the caller's, in place of the empty one that an open output is
 // written to. False, and nothing has changed, when the output stands elsewhere or its temporary has a name.

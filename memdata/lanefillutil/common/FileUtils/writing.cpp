@@ -42,14 +42,6 @@ bool standInCopy(const fileIODescriptor* file, const char* bytes) {
     return input->bufferBase + static_cast<u64>(bytes - input->buffer) == file->bufferBase + file->bufferPosition;
 }
 
-int passOver(fileIODescriptor* file, u64 count) {
-    if (int status = file->mover(file, 0); status != 0) return status;
-    if (lseek(fileno(file->stream), static_cast<off_t>(count), SEEK_CUR) < 0) return failOutput(file, causeText(errno));
-    file->bufferBase += count;
-    file->filePosition += count;
-    return file->status = 0;
-}
-
 bool goesToDiskUnbuffered(const fileIODescriptor* file, u64 count) {
     return file->stream != nullptr && count >= file->bufferSize;
 }
@@ -93,6 +85,15 @@ int memdata::moveDiskOutput(fileIODescriptor* file, int) {
     file->bufferBase += file->bufferPosition;
     file->bufferPosition = 0;
     return 0;
+}
+
+int memdata::passOver(fileIODescriptor* file, u64 count) {
+    if (file->writeStatus != 0) return file->writeStatus;
+    if (int status = file->mover(file, 0); status != 0) return status;
+    if (lseek(fileno(file->stream), static_cast<off_t>(count), SEEK_CUR) < 0) return failOutput(file, causeText(errno));
+    file->bufferBase += count;
+    file->filePosition += count;
+    return file->status = 0;
 }
 
 int memdata::outputBlock(fileIODescriptor* file, const char* bytes, u64 count) {

@@ -8,6 +8,7 @@
 #include "support/allocation_faults.h"
 #include "support/placed_map.h"
 
+#include <optional>
 #include <set>
 
 using namespace memdata;
@@ -28,7 +29,10 @@ protected:
     int replace(const Bytes& file, AddressMappingType* map, u32 flags = 0, ProgressCallbackType progress = nullptr) {
         fileSpecType* input = CreateFileSpec(folder.write("top.bit", textOf(file)).c_str());
         fileSpecType* output = CreateFileSpec(folder.write("out.bit", kOLD).c_str());
+        std::optional<CopiedOutput> copy;
+        if (copiesAhead) copy.emplace(input, output);
         const int status = DoBITReplacement(input, output, flags, map, nullptr, progress);
+        copy.reset();
         DeleteFileSpec(&input);
         DeleteFileSpec(&output);
         EXPECT_EQ(folder.listing(), "out.bit\ntop.bit\n");
@@ -55,6 +59,7 @@ protected:
     TemporaryFolder folder;
     CapturedAlerts alerts;
     std::string result;
+    bool copiesAhead = false; // the output
 };
 
 const char* const kSMALL_DEVICES[] = {"tq1a8", "tq2a4", "td3a16", "td6a24"};
@@ -141,6 +146,29 @@ TEST_F(BadReplacement, AFileThatIsShorterThanItsHeaderSaysIsRefused) {
         for (int i = 0; i < 20; ++i) {
             EXPECT_EQ(replace(cut_at(file, random() % file.size()), nullptr), 2) << device;
             EXPECT_THAT(said(), ::testing::HasSubstr("'top.bit'"));
+        }
+    }
+}
+
+TEST_F(BadReplacement, AStreamThatIsCutEndsAlikeInAFileThatIsCopiedAhead) {
+    gFileState.smallestCopy = 0;
+    for (const char* device : {"tq7a7", "td3a16"}) {
+        const BitRecipe recipe{.device = device};
+        const Bytes stream = makeBit(recipe).stream;
+        PlacedMap map(device);
+        map.addOfEveryKind(18);
+        map.fill(3);
+        for (u64 i = 1; i <= 10; ++i) {
+            Bytes part = bitFileOf(recipe, cut_at(stream, stream.size() * i / 10 - i));
+            part.resize(part.size() + 1'100'000); // with what follows the stream: always mapped
+            copiesAhead = false;
+            const int status = replace(part, map.get());
+            const std::string expected = said();
+            const std::string expectedResult = result;
+            copiesAhead = true;
+            EXPECT_EQ(replace(part, map.get()), status);
+            EXPECT_EQ(said(), expected) << device << " " << i;
+            EXPECT_TRUE(result == expectedResult) << device << " " << i;
         }
     }
 }

@@ -7,7 +7,9 @@
 
 #include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
+#include <gmock/gmock.h>
 #include <optional>
 #include <sched.h>
 #include <sys/resource.h>
@@ -246,6 +248,102 @@ TEST_F(CopiedOutputs, BeginEmptyWhenTheInputWasReplacedMeanwhile) {
     EXPECT_FALSE(openBoth());
     passOn(bytes.size());
     EXPECT_TRUE(closed() == std::string(bytes.size(), 'z'));
+}
+
+TEST_F(CopiedOutputs, PassOverBytesThatStayWithoutReadingThem) {
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    u64 count = 0;
+    EXPECT_EQ(passCopied(output, input, 4, 1002, &count), 0);
+    EXPECT_EQ(count, 1000u);
+    put("four");
+    skip(4);
+    EXPECT_EQ(passCopied(output, input, 4, 2'000'000, &count), 0); // far behind the window
+    EXPECT_EQ(count, 2'000'000u);
+    EXPECT_EQ(inputByte(input), static_cast<u8>(bytes[2'001'004]));
+    put("5");
+    EXPECT_EQ(passCopied(output, input, 4, bytes.size(), &count), 0);
+    EXPECT_EQ(count, (bytes.size() - 2'001'005) / 4 * 4);
+    passOn(bytes.size() - GetFilePosition(input));
+    EXPECT_EQ(passCopied(output, input, 1, 1, &count), 0);
+    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(inputByte(input), kEND_OF_CONTENTS);
+    EXPECT_TRUE(closed() == std::string(bytes).replace(1000, 4, "four").replace(2'001'004, 1, "5"));
+}
+
+TEST_F(CopiedOutputs, PassOverNothingThatMovesToAnotherPlace) {
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    put("more");
+    u64 count = 99;
+    EXPECT_EQ(passCopied(output, input, 1, 10, &count), 0);
+    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(GetFilePosition(input), 0u);
+    EXPECT_EQ(GetFilePosition(output), 4u);
+}
+
+TEST_F(CopiedOutputs, OutputsThatAreNoCopiesPassOverNothing) {
+    EXPECT_FALSE(openBoth());
+    u64 count = 99;
+    EXPECT_EQ(passCopied(output, input, 1, 10, &count), 0);
+    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(GetFilePosition(input), 0u);
+    EXPECT_FALSE(isWorthFollowing(output, bytes.size()));
+}
+
+TEST_F(CopiedOutputs, AreFollowedByAThreadWhenMuchIsWritten) {
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    EXPECT_TRUE(isWorthFollowing(output, gFileState.smallestCopy));
+    EXPECT_FALSE(isWorthFollowing(output, gFileState.smallestCopy - 1));
+}
+
+void append(void* text, const u8* taken, u64 count) {
+    static_cast<std::string*>(text)->append(reinterpret_cast<const char*>(taken), count);
+}
+
+TEST_F(CopiedOutputs, GiveTheirFollowerWhatIsWrittenAndWhatStays) {
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    put("head"); // in the output's buffer still
+    skip(4);
+    std::string taken;
+    {
+        OutputFollower follower(output, append, &taken);
+        ASSERT_TRUE(follower.isRunning());
+        put("small");
+        skip(5);
+        follower.noteWritten();
+        put(std::string(300'000, 'x'));
+        skip(300'000);
+        follower.noteWritten();
+        u64 count = 0;
+        EXPECT_EQ(passCopied(output, input, 1, 1'500'000, &count), 0);
+        follower.noteWritten();
+        put("end");
+        skip(3);
+        EXPECT_EQ(follower.finish(), 0);
+    }
+    passOn(10);
+    const std::string expected =
+        std::string(bytes).replace(4, 5, "small").replace(9, 300'000, 300'000, 'x').replace(1'800'009, 3, "end");
+    EXPECT_TRUE(taken == expected.substr(4, 1'800'008));
+}
+
+TEST_F(CopiedOutputs, ThatCannotBeReadBackHaveFailed) {
+    beginCopy();
+    ASSERT_TRUE(openBoth());
+    std::string taken;
+    OutputFollower follower(output, append, &taken);
+    const int unreadable = ::open("/dev/null", O_WRONLY);
+    ASSERT_GE(dup2(unreadable, fileno(output->stream)), 0);
+    ::close(unreadable);
+    put("x");
+    CapturedAlerts alerts;
+    EXPECT_EQ(follower.finish(), 1);
+    EXPECT_THAT(alerts.take(), ::testing::HasSubstr("can not be written: "));
+    EXPECT_EQ(outputByte(output, 'y'), 1);
+    EXPECT_EQ(taken, "");
 }
 
 // The size limit of a process stands in for the disk that fills up.
