@@ -23,12 +23,16 @@ bool isLargeFile(const char* name) {
            static_cast<u64>(facts.st_size) >= gFileState.smallestCopy;
 }
 
+bool hasProcessorForThread() {
+    return gFileState.copiesOnOneProcessor || hasSecondProcessor();
+}
+
 } // namespace
 
 CopiedOutput::CopiedOutput(const fileSpecType* input, const fileSpecType* output) {
     if (input == nullptr || input->fullName == nullptr || gFileState.copiedOutput != nullptr) return;
     const char* const outputName = output == nullptr ? input->fullName : output->fullName;
-    if (outputName == nullptr || !hasSecondProcessor()) return;
+    if (outputName == nullptr || !hasProcessorForThread()) return;
     if (!isLargeFile(input->fullName)) return;
     const int to = openNamelessTemporary(outputName, &folder_);
     if (to < 0) return;
@@ -68,7 +72,7 @@ int passCopied(fileIODescriptor* output, fileIODescriptor* input, u64 unitBytes,
 }
 
 bool isWorthFollowing(const fileIODescriptor* output, u64 byteCount) {
-    return output->copyOf != nullptr && byteCount >= gFileState.smallestCopy && hasSecondProcessor();
+    return output->copyOf != nullptr && byteCount >= gFileState.smallestCopy && hasProcessorForThread();
 }
 
 OutputFollower::OutputFollower(fileIODescriptor* output, FileFollower::Taker taker, void* state)

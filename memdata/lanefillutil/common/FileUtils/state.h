@@ -30,6 +30,7 @@ struct FileStateType {
     u32 temporaryCount = 0;            // makes the names of temporaries differ
     CopiedOutput* copiedOutput = nullptr; // the copy in the making
     u64 smallestCopy = u64{8} << 20;      // bytes of an input that is copied ahead; changed by tests only
+    bool copiesOnOneProcessor = false;    // although nothing is gained there; changed by tests only
     TemporaryKind temporaryKind = TemporaryKind::kNAMELESS; // the best one to try; changed by tests only
 };
 extern FileStateType gFileState;

@@ -26,6 +26,7 @@ protected:
     BurstCrcs() {
         for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * i / 100 + i);
         gFileState.smallestCopy = 1 << 20;
+        gFileState.copiesOnOneProcessor = true;
     }
     ~BurstCrcs() override {
         abandonFile(&output);

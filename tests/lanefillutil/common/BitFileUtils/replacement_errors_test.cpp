@@ -152,6 +152,7 @@ TEST_F(BadReplacement, AFileThatIsShorterThanItsHeaderSaysIsRefused) {
 
 TEST_F(BadReplacement, AStreamThatIsCutEndsAlikeInAFileThatIsCopiedAhead) {
     gFileState.smallestCopy = 0;
+    gFileState.copiesOnOneProcessor = true;
     for (const char* device : {"tq7a7", "td3a16"}) {
         const BitRecipe recipe{.device = device};
         const Bytes stream = makeBit(recipe).stream;
@@ -378,6 +379,7 @@ TEST_F(BadReplacement, AFileThatIsCopiedAheadLeavesNothingWhenItIsGivenUp) {
     Bytes large = bitFileOf(recipe, cut_at(made.stream, made.stream.size() / 2 + 1)); // in a burst
     large.resize(2'000'000);                                                          // with what follows the stream
     gFileState.smallestCopy = 0;
+    gFileState.copiesOnOneProcessor = true;
     const std::string oldOutput = folder.write("out.bit", kOLD);
     fileSpecType* input = CreateFileSpec(folder.write("top.bit", textOf(large)).c_str());
     fileSpecType* output = CreateFileSpec(oldOutput.c_str());

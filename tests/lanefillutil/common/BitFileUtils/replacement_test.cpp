@@ -266,6 +266,7 @@ TEST_F(Replacement, IsTheSameInAFileThatIsCopiedAhead) {
             ASSERT_TRUE(expected.has_value()) << c.device;
 
             gFileState.smallestCopy = 0;
+            gFileState.copiesOnOneProcessor = true;
             OwnedFileSpec input(CreateFileSpec(folder.file("top.bit").c_str()));
             OwnedFileSpec output(CreateFileSpec(folder.file("out.bit").c_str()));
             std::filesystem::remove(folder.file("out.bit"));

@@ -23,6 +23,7 @@ class CopiedOutputs : public FileTest {
 protected:
     CopiedOutputs() {
         gFileState.smallestCopy = 1 << 20;
+        gFileState.copiesOnOneProcessor = true;
         for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * i / 100 + i);
         inputName = folder.write("in.bit", bytes);
     }
@@ -159,6 +160,7 @@ TEST_F(CopiedOutputs, AreMadeOfLargeInputsOnly) {
 }
 
 TEST_F(CopiedOutputs, NeedASecondProcessor) {
+    gFileState.copiesOnOneProcessor = false;
     cpu_set_t all;
     ASSERT_EQ(sched_getaffinity(0, sizeof all, &all), 0);
     cpu_set_t one;
