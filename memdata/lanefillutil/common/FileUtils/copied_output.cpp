@@ -51,9 +51,11 @@ CopiedOutput::~CopiedOutput() {
 }
 
 bool beginAsCopy(fileIODescriptor* output, const fileIODescriptor* input) {
-    const CopiedOutput* const copy = std::exchange(gFileState.copiedOutput, nullptr);
-    if (copy == nullptr || input->mappedBytes == 0 || !(input->window.state == copy->state_)) return false;
-    const int whole = copy->copier_->wholeCopy();
+    CopiedOutput* const copy = std::exchange(gFileState.copiedOutput, nullptr);
+    if (copy == nullptr) return false;
+    const std::unique_ptr<FileCopier> copier = std::move(copy->copier_); // gives back its room where nobody takes it
+    if (input->mappedBytes == 0 || !(input->window.state == copy->state_)) return false;
+    const int whole = copier->wholeCopy();
     if (whole < 0 || !exchangeTemporary(output, whole, copy->folder_)) return false;
     output->copyOf = input;
     return true;

@@ -225,6 +225,18 @@ TEST_F(CopiedOutputs, StandWhereTheCopyWasMadeFor) {
     EXPECT_EQ(readFile(folder.file("deeper/out.bit")), "new");
 }
 
+TEST_F(CopiedOutputs, KeepNoRoomWhenTheyAreNotTaken) {
+    const auto openFiles = [] {
+        return std::distance(
+            std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
+    };
+    const auto before = openFiles();
+    beginCopy();
+    std::filesystem::create_directory(folder.file("deeper"));
+    EXPECT_FALSE(openBoth("deeper/out.bit"));
+    EXPECT_EQ(openFiles(), before + 2); // the input and the output, no temporary beside them
+}
+
 TEST_F(CopiedOutputs, BeginEmptyWhenTheInputWasChangedMeanwhile) {
     beginCopy();
     const auto time = std::filesystem::last_write_time(inputName);
