@@ -27,7 +27,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (readMap(textOf(data, size), first.get()) != 0) return 0;
     const std::string text = annotatedText(first.get());
     if (text.empty()) return 0; // a map for other operations than those of this run
-    if (!keepsNames(first.get())) return 0;
+    if (!keepsNames(first.get()) || !keepsAddresses(first.get())) return 0;
     const std::string model = modelText(first.get());
     const bool isPlain = !hasInstances(first.get());
     first.reset(); // with the memory types that the text has defined

@@ -3,6 +3,7 @@
 #include "support/map_rounds.h"
 
 #include "BmmUtils/annotated_map.h"
+#include "BmmUtils/model/iteration.h"
 #include "BmmUtils/parser.h"
 #include "FileUtils/FileUtils.h"
 #include "support/engine_run.h"
@@ -81,6 +82,14 @@ bool keepsNames(const AddressMappingType* mapping) {
     const AddressMapType* map = mapping->addressMaps;
     while (map != nullptr && keepsNamesOf(map)) map = map->next;
     return map == nullptr && (mapping->templateMap == nullptr || keepsNamesOf(mapping->templateMap));
+}
+
+bool keepsAddresses(const AddressMappingType* mapping) {
+    bool keeps = true;
+    visitLanes(mapping, [&keeps](const AddressSpaceDefType&, const BusBlockType&, const BitLaneGridElemType& element) {
+        if (element.addressLow == 0 && element.addressHigh == 0) keeps = false;
+    });
+    return keeps;
 }
 
 } // namespace memdata::fuzz

@@ -26,6 +26,8 @@ std::string modelText(const AddressMappingType* mapping);
 bool hasInstances(const AddressMappingType* mapping);
 // Whether the text has the whole name of each space: of a name with dots it has the part behind the last one.
 bool keepsNames(const AddressMappingType* mapping);
+// Whether all lanes have their addresses when they are written: [0:0] is not, and is then read as the default.
+bool keepsAddresses(const AddressMappingType* mapping);
 
 } // namespace memdata::fuzz
 

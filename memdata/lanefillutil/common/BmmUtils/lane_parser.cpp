@@ -293,7 +293,13 @@ int parse_BRAM_location(parse_stream* stream, token_element* token, unsigned* ro
 int parse_filename_spec(parse_stream* stream, token_element* token, fileSpecType** out) {
     if (int status = get_next_token(stream, token); status != 0) return status;
     if (token->type != &kEQUAL) return refuseSymbol(stream, token, "=");
-    return parse_file_pathname(stream, token, true, false, true, out);
+    const token_element place = placeOf(token);
+    OwnedFileSpec file;
+    if (int status = parse_file_pathname(stream, token, true, false, true, file.out()); status != 0) return status;
+    if (*file->fullName == '\0')
+        return PrintErrorLocation(stream, kERROR_EMPTY_FILE_NAME, kSYNTAX_STATUS, &place, "mem");
+    *out = file.release();
+    return 0;
 }
 
 int parse_bitLanes(parse_stream* stream, token_element* token, const char* root, AddressMappingType* mapping,

@@ -10,6 +10,7 @@
 #include "platform/ComMsgMgr.h"
 #include "platform/HPAParamMgr.h"
 
+#include <cstring>
 #include <utility>
 
 using memdata::OwnedString;
@@ -43,8 +44,15 @@ struct PathType {
     const token_type* last; // null at the start
 };
 
+// Text that would be cut where it is kept as a C string.
+bool holds_zero_byte(const token_element* token) {
+    return std::strlen(token->text) < token->length;
+}
+
 // Appends text and reads the token behind it.
 int append(PathType* path, const char* text) {
+    if (text == path->token->text && holds_zero_byte(path->token))
+        return PrintErrorLocation(path->stream, kERROR_ILLEAGAL_FILE_NAME_SYMBOL, kSYNTAX, path->token, "\\0");
     path->name.reset(StrPostCat(path->name.release(), text));
     if (path->name == nullptr) return 7;
     path->last = path->token->type;

@@ -17,6 +17,10 @@ inline constexpr u32 kMAX_XML_ATTRIBUTES = 10000;
 inline constexpr Alert_message_type kERROR_TOO_MANY_XML_ATTRIBUTES{
     0, "Element '%s' can not be read, it has more than the limit of %ld attributes."};
 
+// Values are C strings. Arguments: the attribute, the element.
+inline constexpr Alert_message_type kERROR_XML_ZERO_BYTE{
+    0, "Attribute '%s' of element '%s' can not be read, its value holds a zero byte."};
+
 } // namespace memdata
 
 #endif

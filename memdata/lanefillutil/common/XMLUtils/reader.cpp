@@ -153,6 +153,8 @@ int ParseXMLAttribute(parse_stream* stream, token_element* token, const char* co
         return PrintErrorLocation(
             stream, kERROR_TOO_MANY_XML_ATTRIBUTES, 3, token, element->Get_Tag_Name(), kMAX_XML_ATTRIBUTES);
     token->length = static_cast<u32>(replaceXmlEntities(token->text, token->length));
+    if (std::memchr(token->text, '\0', token->length) != nullptr)
+        return PrintErrorLocation(stream, kERROR_XML_ZERO_BYTE, 3, token, name->text, element->Get_Tag_Name());
     if (int status = element->Add_Attribute(name->text, token->text); status != 0) return status;
     return get_next_token(stream, token);
 }

@@ -131,6 +131,19 @@ TEST(LaneText, KnowsAllCodes) {
     }
 }
 
+TEST(LaneText, RefusesAFileWithoutAName) {
+    for (const char* word : {"INPUT", "OUTPUT", "INIT"}) {
+        MapText map;
+        EXPECT_EQ(map.read("ADDRESS_SPACE ram RAMB16 [0:0x7FF]\nBUS_BLOCK\na [7:0] " + std::string(word) +
+                           " = \"\";\nEND_BUS_BLOCK;\nEND_ADDRESS_SPACE;\n"),
+            3);
+        EXPECT_NE(map.alerts().find("ERROR:Lanefill:55 - A null file name was given for a 'mem' file.\n"
+                                    "   Line #3"),
+            std::string::npos)
+            << map.alerts();
+    }
+}
+
 TEST(LaneText, TakesItsAttributesInAnyMixAndTheLastOfEach) {
     EXPECT_EQ(lanes("RAMB16", 2048,
                   block("a [7:0] INIT = i.mem LOC = X0Y1 INPUT = \"my dir/in.mem\" OUTPUT = out.mem INIT = j.mem;")),

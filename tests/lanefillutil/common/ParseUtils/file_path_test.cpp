@@ -216,6 +216,14 @@ TEST_F(FilePath, AVolumeAloneIsNoPath) {
                              "    ^\n\n");
 }
 
+TEST_F(FilePath, AZeroByteIsNoPartOfAName) {
+    for (const std::string_view path : {std::string_view("\"\0b.mem\" ;", 10), std::string_view("\"a\"\"b\0\" ;", 9)}) {
+        CapturedAlerts alerts;
+        EXPECT_EQ(read(path), "status 3");
+        EXPECT_NE(alerts.text().find("ERROR:Lanefill:38 - Illegal file name symbol '\\0'.\n"), std::string::npos);
+    }
+}
+
 TEST_F(FilePath, AServerWithoutANameIsNoPath) {
     CapturedAlerts alerts;
     EXPECT_EQ(read("\\\\ ;"), "status 3");

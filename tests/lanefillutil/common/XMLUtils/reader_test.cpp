@@ -254,6 +254,14 @@ TEST_F(XmlReader, AThousandElementsMayBeNested) {
         << alerts.text();
 }
 
+TEST_F(XmlReader, AValueWithAZeroByteIsRefused) {
+    CapturedAlerts alerts;
+    EXPECT_EQ(read(std::string("<a b=\"1\0002\"/>", 12)).substr(0, 9), "status 3 ");
+    EXPECT_NE(alerts.text().find("Attribute 'b' of element 'a' can not be read, its value holds a zero byte."),
+        std::string::npos)
+        << alerts.text();
+}
+
 TEST_F(XmlReader, TenThousandAttributesMayStandInAnElement) {
     std::string text = "<a";
     for (u32 i = 0; i < kMAX_XML_ATTRIBUTES; ++i) text += " b=\"\"";
