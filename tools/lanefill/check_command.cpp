@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "check_command.h"
 
-#include "SystemUtils/lifetime.h"
 #include "console.h"
 #include "help_command.h"
 #include "lanefillCore/bit_check.h"
 #include "option_string.h"
 #include "progress_bar.h"
 #include "run_command.h"
+#include "run_resources.h"
 
 #include <new>
 #include <string>
@@ -28,7 +28,7 @@ int runCheckCommand(std::span<char* const> words) {
         }
         std::string text;
         if (int status = optionTextOf(options, &text); status != 0) return status;
-        const SystemResources resources;
+        const RunResources resources;
         if (resources.status() != 0) return finishPrinting(resources.status());
         const ShownProgress bar;
         const BitCheckRun run = runBitCheck(text.c_str());

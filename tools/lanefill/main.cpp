@@ -9,6 +9,7 @@
 #include "platform/watched_mapping.h"
 #include "progress_bar.h"
 #include "run_command.h"
+#include "run_resources.h"
 
 #include <new>
 #include <span>
@@ -85,6 +86,7 @@ bool runSubCommand(std::span<char* const> words, int* status) {
 
 int run(std::span<char* const> words) {
     memdata::registerProgressParameters();
+    memdata::registerRunParameters();
     if (words.empty()) return memdata::printIntroduction();
     int status = 0;
     if (runSubCommand(words, &status)) return status; // its words are its own

@@ -8,13 +8,13 @@
 #include "CmdParseUtils/CmdParseUtils.h"
 #include "DeviceTableUtils/DeviceTableUtils.h"
 #include "StringUtils/format.h"
-#include "SystemUtils/lifetime.h"
 #include "console.h"
 #include "help_command.h"
 #include "lanefillCore/driver.h"
 #include "option_string.h"
 #include "progress_bar.h"
 #include "run_command.h"
+#include "run_resources.h"
 
 #include <algorithm>
 #include <array>
@@ -145,7 +145,7 @@ int runMapCommand(std::span<char* const> words) {
         if (!options.empty() && options.front()[0] != '-') options.insert(options.begin(), mapSwitch.data());
         std::string text;
         if (int status = optionTextOf(options, &text); status != 0) return status;
-        const SystemResources resources;
+        const RunResources resources;
         if (resources.status() != 0) return finishPrinting(resources.status());
         const ShownProgress bar;
         const int status = runOnOptions(text.c_str());

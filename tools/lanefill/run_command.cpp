@@ -8,6 +8,7 @@
 #include "lanefillCore/records/run_report.h"
 #include "option_string.h"
 #include "progress_bar.h"
+#include "run_resources.h"
 
 #include <cstdio>
 #include <new>
@@ -58,7 +59,7 @@ int runOptionWords(std::span<char* const> words) {
     try {
         std::string text;
         if (int status = optionTextOf(words, &text); status != 0) return status;
-        const SystemResources resources;
+        const RunResources resources;
         if (resources.status() != 0) return finishPrinting(resources.status());
         return execute(text);
     } catch (const std::bad_alloc&) {

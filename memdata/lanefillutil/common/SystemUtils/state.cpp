@@ -3,6 +3,7 @@
 #include "SystemUtils/state.h"
 
 #include "SystemUtils/memory.h"
+#include "SystemUtils/process_end.h"
 
 #include <cstring>
 
@@ -23,6 +24,14 @@ SystemStateType initial_state() {
 } // namespace
 
 SystemStateType gSystemState = initial_state();
+
+void leaveRecordsToProcessEnd() {
+    gSystemState.leavesRecords = true;
+}
+
+bool leavesRecordsToProcessEnd() {
+    return gSystemState.leavesRecords;
+}
 
 void resetSystemState() {
     SystemStateType next = initial_state();

@@ -18,8 +18,9 @@ inline constexpr u32 kTOOL_NAME_LIMIT = 256; // characters; the buffer has one m
 inline constexpr char kDEFAULT_TOOL_NAME[] = "Lanefill";
 
 struct SystemStateType {
-    u32 startCount = 0;        // InitializeSystemResources without their FinalizeSystemResources
-    bool shuttingDown = false; // while finalization functions run
+    u32 startCount = 0;         // InitializeSystemResources without their FinalizeSystemResources
+    bool shuttingDown = false;  // while finalization functions run
+    bool leavesRecords = false; // the process ends with this lifetime
     u32 finalizationCount = 0;
     SystemFinalizationFunctionType finalization[kFINALIZATION_FUNCTION_LIMIT] = {}; // first registered first
     char* command = nullptr;                                                        // a tracked copy

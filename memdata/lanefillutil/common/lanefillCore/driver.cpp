@@ -12,6 +12,7 @@
 #include "FileUtils/copied_output.h"
 #include "ParseUtils/preprocess_file.h"
 #include "SystemUtils/alerts.h"
+#include "SystemUtils/process_end.h"
 #include "lanefillCore/auto_data.h"
 #include "lanefillCore/data_files.h"
 #include "lanefillCore/elf_dumps.h"
@@ -174,5 +175,9 @@ int open_bmm_addressMapping(CmdStringOptionsType* options, AddressMappingType** 
 }
 
 void close_bmm_addressMapping(AddressMappingType** mapping) {
-    if (*mapping != nullptr) delete_addressMapping(mapping);
+    if (*mapping == nullptr) return;
+    if (memdata::leavesRecordsToProcessEnd())
+        *mapping = nullptr;
+    else
+        delete_addressMapping(mapping);
 }
