@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BRAMDecodeUtils/codec_plan.h"
 
+#include "BRAMDecodeUtils/bit_transpose.h"
 #include "BRAMDecodeUtils/frame_codec.h"
 
 #include <algorithm>
@@ -87,53 +88,6 @@ void mergeWindows(Batch<maxWords>& batch, u64 firstWord, const CodecWindow& wind
     });
 }
 
-// Exchanges quarters of ever smaller squares of bits, two sizes in one pass: the upper right with the lower left one of
-// squares of 4 * quarter bits, then of 2 * quarter.
-template<u32 quarter>
-[[gnu::always_inline]] inline void exchangeQuarters(u64* rows) {
-    constexpr u32 kROW_WORDS = 4;
-    constexpr u64 kLOW_OF_LARGE = ~u64{0} / ((u64{1} << 2 * quarter) + 1);
-    constexpr u64 kLOW_OF_SMALL = ~u64{0} / ((u64{1} << quarter) + 1);
-    const auto exchange = [](u64& upper, u64& lower, u32 shift, u64 low) {
-        const u64 differ = (upper >> shift ^ lower) & low;
-        lower ^= differ;
-        upper ^= differ << shift;
-    };
-    for (u32 square = 0; square < 64; square += 4 * quarter) {
-        u64* const at = rows + square * kROW_WORDS;
-        constexpr u32 kSTEP = quarter * kROW_WORDS;
-        for (u32 i = 0; i < kSTEP; ++i) {
-            u64 a = at[i];
-            u64 b = at[i + kSTEP];
-            u64 c = at[i + 2 * kSTEP];
-            u64 d = at[i + 3 * kSTEP];
-            exchange(a, c, 2 * quarter, kLOW_OF_LARGE);
-            exchange(b, d, 2 * quarter, kLOW_OF_LARGE);
-            exchange(a, b, quarter, kLOW_OF_SMALL);
-            exchange(c, d, quarter, kLOW_OF_SMALL);
-            at[i] = a;
-            at[i + kSTEP] = b;
-            at[i + 2 * kSTEP] = c;
-            at[i + 3 * kSTEP] = d;
-        }
-    }
-}
-
-[[gnu::always_inline]] inline void transposeAll(std::span<u64> blocks) {
-    for (u64 at = 0; at < blocks.size(); at += kBLOCK_WORDS) {
-        u64* const rows = &blocks[at];
-        exchangeQuarters<16>(rows);
-        exchangeQuarters<4>(rows);
-        exchangeQuarters<1>(rows);
-    }
-}
-
-#ifdef __x86_64__
-[[gnu::target("avx2")]] void transposeByWideRegisters(std::span<u64> blocks) {
-    transposeAll(blocks);
-}
-#endif
-
 void takeBit(CodecWindow& window, u64 bit) {
     window.bytes = std::max(window.bytes, bit / 8 + 1);
     window.mask.resize(std::max<u64>(window.mask.size(), bit / kWORD_BITS + 1));
@@ -165,17 +119,6 @@ CodecGroup groupOf(const std::vector<BitPlace>& places) {
 }
 
 } // namespace
-
-void transposePlainly(std::span<u64> blocks) {
-    transposeAll(blocks);
-}
-
-void transpose(std::span<u64> blocks) {
-#ifdef __x86_64__
-    if (__builtin_cpu_supports("avx2")) return transposeByWideRegisters(blocks);
-#endif
-    transposePlainly(blocks);
-}
 
 CodecPlan::CodecPlan(
     const TarselDeviceType* device, const MEMORYType* type, const TranslationTableType* table, u64 laneWidth) {

@@ -33,10 +33,6 @@ struct CodecWindow {
     std::vector<u64> mask;
 };
 
-// Blocks of bits: word w of row r, of up to 128 rows, stands at index w / 2 * 256 + r % 64 * 4 + w % 2 * 2 + r / 64. After
-// the transposition bits 64 * w + b of the rows stand as word w of rows b and b + 64 did, a row to each bit.
-inline constexpr u64 kBLOCK_WORDS = 256;
-
 // Rows that permute alike.
 struct CodecGroup {
     struct Move {
@@ -73,11 +69,6 @@ private:
 // Null when it does not fit, or without memory.
 const CodecPlan* codecPlan(
     const TarselDeviceType* device, const MEMORYType* type, const TranslationTableType* table, u64 laneWidth);
-
-// In each block bit j of the word at index 4 * i + k becomes bit i of that at 4 * j + k; bit 0 is the least significant
-// one. By wide registers where the processor has them.
-void transpose(std::span<u64> blocks);
-void transposePlainly(std::span<u64> blocks);
 
 } // namespace memdata
 

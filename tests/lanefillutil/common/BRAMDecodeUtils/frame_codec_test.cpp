@@ -3,6 +3,7 @@
 #include "BRAMDecodeUtils/frame_codec.h"
 
 #include "BRAMDecodeUtils/bit_access.h"
+#include "BRAMDecodeUtils/bit_transpose.h"
 #include "BRAMDecodeUtils/codec_plan.h"
 #include "BRAMDecodeUtils/decode_tables.h"
 #include "DeviceTableUtils/device_lookup.h"
@@ -198,7 +199,7 @@ TEST(CodecPlan, TransposesFourSquaresOfEachBlock) {
             const size_t row = at % memdata::kBLOCK_WORDS / 4;
             expected[at - row * 4 + bit * 4] |= (words[at] >> bit & 1) << row;
         }
-    for (auto* transpose : {memdata::transpose, memdata::transposePlainly}) {
+    for (auto* transpose : {memdata::transpose, memdata::transposeByWideRegisters, memdata::transposePlainly}) {
         std::vector<u64> turned = words;
         transpose(turned);
         EXPECT_EQ(turned, expected);
