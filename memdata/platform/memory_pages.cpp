@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr u64 kLARGE_PAGE_BYTES = u64{2} << 20;
+
 struct Pages {
     char* start;
     u64 bytes;
@@ -28,13 +30,26 @@ Pages pagesInside(void* bytes, u64 byteCount, u64 pageBytes) {
 
 namespace memdata {
 
+void preferLargePages([[maybe_unused]] void* bytes, [[maybe_unused]] u64 byteCount) {
+#ifdef MADV_HUGEPAGE
+    advise(pagesInside(bytes, byteCount, kLARGE_PAGE_BYTES), MADV_HUGEPAGE);
+#endif
+}
+
+void* reservePages(u64 byteCount) {
+    void* const bytes = ::mmap(nullptr, static_cast<size_t>(byteCount), PROT_READ | PROT_WRITE,
+        MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    return bytes == MAP_FAILED ? nullptr : bytes;
+}
+
+void returnPages(void* bytes, u64 byteCount) {
+    ::munmap(bytes, static_cast<size_t>(byteCount));
+}
+
 void populatePages(void* bytes, u64 byteCount) {
     constexpr u64 kSMALLEST_BYTES = 256 * 1024; // below that the calls are not worth their while
     if (byteCount < kSMALLEST_BYTES) return;
-#ifdef MADV_HUGEPAGE
-    constexpr u64 kLARGE_PAGE_BYTES = u64{2} << 20;
-    advise(pagesInside(bytes, byteCount, kLARGE_PAGE_BYTES), MADV_HUGEPAGE);
-#endif
+    preferLargePages(bytes, byteCount);
 #ifdef MADV_POPULATE_WRITE
     advise(pagesInside(bytes, byteCount, static_cast<u64>(::sysconf(_SC_PAGESIZE))), MADV_POPULATE_WRITE);
 #endif

@@ -12,6 +12,13 @@ namespace memdata {
 // that can not do it is left to its own way.
 void populatePages(void* bytes, u64 byteCount);
 
+// A range of addresses, zero at their first touch, that takes no memory before; null when there is none. Given back as a
+// whole.
+void* reservePages(u64 byteCount);
+void returnPages(void* bytes, u64 byteCount);
+// The system gives large pages at a touch inside of such a range, where it has them.
+void preferLargePages(void* bytes, u64 byteCount);
+
 } // namespace memdata
 
 #endif

@@ -51,4 +51,21 @@ TEST_F(FreshPages, OfASmallBlockAreLeftToTheirFirstTouch) {
     EXPECT_LT(resident(), 3);
 }
 
+TEST(ReservedPages, AreZeroAndTakeNoMemoryBefore) {
+    constexpr u64 kBYTES = u64{1} << 30;
+    auto* const bytes = static_cast<char*>(memdata::reservePages(kBYTES));
+    ASSERT_NE(bytes, nullptr);
+    memdata::preferLargePages(bytes, kBYTES);
+    for (const u64 at : {u64{0}, kBYTES / 2, kBYTES - 1}) {
+        EXPECT_EQ(bytes[at], 0);
+        bytes[at] = 'x';
+        EXPECT_EQ(bytes[at], 'x');
+    }
+    memdata::returnPages(bytes, kBYTES);
+}
+
+TEST(ReservedPages, OfMoreThanThereAreAddressesAreNone) {
+    EXPECT_EQ(memdata::reservePages(u64{1} << 62), nullptr);
+}
+
 } // namespace

@@ -8,18 +8,23 @@
 namespace memdata {
 namespace {
 
-constexpr const char* kRELEASE_PARAMETER = "lanefill.releaseRecords";
+constexpr const char* kPLAIN_PARAMETER = "lanefill.plainMemory";
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool kIS_CHECKED = true;
+#else
+constexpr bool kIS_CHECKED = false;
+#endif
 
 } // namespace
 
 RunResources::RunResources() {
-    if (!standaloneHost().parameters().getValueAsBool(kRELEASE_PARAMETER)) leaveRecordsToProcessEnd();
+    if (!standaloneHost().parameters().getValueAsBool(kPLAIN_PARAMETER)) expectProcessEnd();
 }
 
 void registerRunParameters() {
-    standaloneHost().parameters().registerBoolParam(kRELEASE_PARAMETER,
-        "Parameter to release the records of a run one by one before the tool ends, for leak checkers. Default is false.",
-        false);
+    standaloneHost().parameters().registerBoolParam(kPLAIN_PARAMETER,
+        "Parameter to take each block of memory from the system and to release it before the tool ends, for memory checkers. Default is false.",
+        kIS_CHECKED);
 }
 
 } // namespace memdata

@@ -77,9 +77,17 @@ bool fault_is_due() {
 // A large zeroed block comes from the system unread, so that a sparse one costs no memory; for a small one it is
 // three times faster to take any block and clear it.
 void* take_zeroed(size_t bytes) {
+    if (void* pooled = gSystemState.pool.take(bytes); pooled != nullptr) return pooled;
     if (bytes > kCLEAR_BY_HAND_LIMIT) return std::calloc(1, bytes);
     void* block = std::malloc(bytes);
     return block == nullptr ? nullptr : std::memset(block, 0, bytes);
+}
+
+void give_back(char* system, size_t bytes) {
+    if (gSystemState.pool.holds(system))
+        gSystemState.pool.give(system, bytes);
+    else
+        std::free(system);
 }
 
 // The system's block for a plan, zeroed, its user pointer entered as live. Null when there is none, the sum of the
@@ -89,7 +97,7 @@ char* take_system_block(const BlockPlanType& plan, size_t size) {
     char* system = static_cast<char*>(take_zeroed(plan.overheadBytes + size));
     if (system == nullptr) return nullptr;
     if (memdata::insertLiveBlock(&gSystemState.liveBlocks, system + plan.overheadBytes)) return system;
-    std::free(system);
+    give_back(system, plan.overheadBytes + size);
     return nullptr;
 }
 
@@ -152,8 +160,9 @@ void free_block(MemoryBlockType* block) {
     block->magic = 0;
     DelistMemoryBlock(&gMemoryBlockList, block);
     memdata::eraseLiveBlock(&gSystemState.liveBlocks, block->user);
+    const size_t bytes = static_cast<size_t>(static_cast<char*>(block->user) - system) + block->size;
     overwrite_released(block->user, block->size);
-    std::free(system);
+    give_back(system, bytes);
 }
 
 } // namespace
@@ -200,7 +209,7 @@ u64 getMaxMemoryUsage() {
 
 void CheckMemoryLeaks() {
     gSystemState.leakedBlockCount = 0;
-    if (gSystemState.leavesRecords) return; // the list stays, so that leak checkers see the blocks
+    if (gSystemState.endsWithRun) return; // the list stays, so that leak checkers see the blocks
     while (gMemoryBlockList.head != nullptr) {
         MemoryBlockType* block = gMemoryBlockList.head;
         char* user = reinterpret_cast<char*>(block) + kHEADER_BYTES;

@@ -25,17 +25,19 @@ SystemStateType initial_state() {
 
 SystemStateType gSystemState = initial_state();
 
-void leaveRecordsToProcessEnd() {
-    gSystemState.leavesRecords = true;
+void expectProcessEnd() {
+    gSystemState.endsWithRun = true;
+    gSystemState.pool.open();
 }
 
-bool leavesRecordsToProcessEnd() {
-    return gSystemState.leavesRecords;
+bool isProcessEndExpected() {
+    return gSystemState.endsWithRun;
 }
 
 void resetSystemState() {
     SystemStateType next = initial_state();
     next.liveBlocks = gSystemState.liveBlocks;
+    next.pool = gSystemState.pool;
     next.leakedBlockCount = gSystemState.leakedBlockCount;
     next.allocationCount = gSystemState.allocationCount;
     next.allocationsToFault = gSystemState.allocationsToFault;
@@ -43,6 +45,7 @@ void resetSystemState() {
 
     if (gSystemState.liveBlocks.count == 0) {
         deleteLiveBlocks(&gSystemState.liveBlocks);
+        gSystemState.pool.close();
         gCurrentMemoryUsage = 0; // blocks beyond 4 GiB leave a rest behind
     }
     gMaxMemoryUsage = gCurrentMemoryUsage;

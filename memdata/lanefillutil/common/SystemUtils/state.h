@@ -8,6 +8,7 @@
 #ifndef MEMDATA_SYSTEM_UTILS_STATE_H
 #define MEMDATA_SYSTEM_UTILS_STATE_H
 
+#include "SystemUtils/block_pool.h"
 #include "SystemUtils/lifetime.h"
 #include "SystemUtils/live_blocks.h"
 
@@ -18,14 +19,15 @@ inline constexpr u32 kTOOL_NAME_LIMIT = 256; // characters; the buffer has one m
 inline constexpr char kDEFAULT_TOOL_NAME[] = "Lanefill";
 
 struct SystemStateType {
-    u32 startCount = 0;         // InitializeSystemResources without their FinalizeSystemResources
-    bool shuttingDown = false;  // while finalization functions run
-    bool leavesRecords = false; // the process ends with this lifetime
+    u32 startCount = 0;        // InitializeSystemResources without their FinalizeSystemResources
+    bool shuttingDown = false; // while finalization functions run
+    bool endsWithRun = false;  // the process ends with this lifetime
     u32 finalizationCount = 0;
     SystemFinalizationFunctionType finalization[kFINALIZATION_FUNCTION_LIMIT] = {}; // first registered first
     char* command = nullptr;                                                        // a tracked copy
     char toolName[kTOOL_NAME_LIMIT + 1] = {};
 
+    BlockPool pool;              // of small blocks, open in a process that ends with its run
     LiveBlockSetType liveBlocks; // user pointers of all tracked blocks, listed or not
     u64 leakedBlockCount = 0;    // of the latest sweep; kept until the next one
     u64 allocationCount = 0;     // for tests: tracked allocations asked for, ever

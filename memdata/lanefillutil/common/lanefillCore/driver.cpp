@@ -176,7 +176,7 @@ int open_bmm_addressMapping(CmdStringOptionsType* options, AddressMappingType** 
 
 void close_bmm_addressMapping(AddressMappingType** mapping) {
     if (*mapping == nullptr) return;
-    if (memdata::leavesRecordsToProcessEnd())
+    if (memdata::isProcessEndExpected())
         *mapping = nullptr;
     else
         delete_addressMapping(mapping);
