@@ -3,6 +3,7 @@
 #include "MemUtils/data_block.h"
 
 #include "SystemUtils/memory.h"
+#include "platform/memory_pages.h"
 
 #include <algorithm>
 #include <cstring>
@@ -25,7 +26,7 @@ namespace {
 using memdata::SectionSlab;
 
 constexpr u64 kFIRST_SLAB_SECTIONS = 8;
-constexpr u64 kLARGEST_SLAB_SECTIONS = 4096;
+constexpr u64 kLARGEST_SLAB_SECTIONS = 32768; // some large pages
 constexpr u64 kLEAST_GROWTH_BYTES = 4096;
 constexpr u64 kOPEN_ENDED_BITS = static_cast<u64>(-8);
 constexpr u64 kSECTION_KIND = 1026;
@@ -33,7 +34,9 @@ constexpr u64 kSECTION_KIND = 1026;
 SectionSlab* new_slab(u64 capacity) {
     const u64 bytes = sizeof(SectionSlab) + (capacity - 1) * sizeof(DataSectionHdrType);
     auto* slab = static_cast<SectionSlab*>(getMemory("section records", bytes));
-    if (slab != nullptr) slab->capacity = capacity;
+    if (slab == nullptr) return nullptr;
+    memdata::preferLargePages(slab, bytes);
+    slab->capacity = capacity;
     return slab;
 }
 
@@ -74,7 +77,9 @@ BufferChunkAccess* take_counts(DataStructureBlockType* block) {
 using AccessOwner = memdata::Tracked<BufferChunkAccess, memdata::deleteChunkAccess>;
 
 u8* new_pool(u64 byteCount) {
-    return static_cast<u8*>(getMemory("data of a text file", std::max<u64>(byteCount, 1)));
+    void* const pool = getMemory("data of a text file", std::max<u64>(byteCount, 1));
+    if (pool != nullptr) memdata::preferLargePages(pool, byteCount);
+    return static_cast<u8*>(pool);
 }
 
 } // namespace
@@ -117,6 +122,7 @@ int BuildSectionArrayTable(DataStructureBlockType* block) {
     const u64 bytes = std::max<u64>(block->sectionCount, 1) * sizeof(DataSectionHdrType*);
     auto** entry = static_cast<DataSectionHdrType**>(getMemory("an array of sections", bytes));
     if (entry == nullptr) return 7;
+    memdata::preferLargePages(entry, bytes);
     block->sectionArray = entry;
     for (DataSectionHdrType* section = block->firstSection; section != nullptr; section = section->next)
         *entry++ = section;
