@@ -37,13 +37,14 @@ CopiedOutput::CopiedOutput(const fileSpecType* input, const fileSpecType* output
     const int to = openNamelessTemporary(outputName, &folder_);
     if (to < 0) return;
     const int from = open(input->fullName, O_RDONLY | O_CLOEXEC | O_NOCTTY);
-    if (from < 0 || !fileStateOf(from, &state_)) {
+    if (from >= 0 && fileStateOf(from, &state_))
+        copier_.reset(new (std::nothrow) FileCopier(from, to, state_.byteCount)); // the descriptors are its own
+    if (copier_ == nullptr) {
         close(to);
         if (from >= 0) close(from);
         return;
     }
-    copier_.reset(new (std::nothrow) FileCopier(from, to, state_.byteCount));
-    if (copier_ != nullptr) gFileState.copiedOutput = this;
+    gFileState.copiedOutput = this;
 }
 
 CopiedOutput::~CopiedOutput() {
