@@ -26,7 +26,7 @@ class ProgressBar : public ProgressDisplay {
 public:
     // delay: from now on, until which a run counts as short
     ProgressBar(BarTerminal terminal, std::chrono::milliseconds delay);
-    ~ProgressBar() override { clear(); }
+    ~ProgressBar() override { ProgressBar::clear(); }
     ProgressBar& operator=(ProgressBar&&) = delete; // neither copied nor moved
 
     void show(std::string_view stage, int percent) override;

@@ -189,7 +189,7 @@ int make_lanes(const LNF_XML_Element* element, const char* countName, BitLaneArr
     *room = std::min<u64>(*room, element->Get_Child_Count());
     if (*room == 0) return 0;
     *lanes = newBitLaneArray(*room);
-    return *lanes == nullptr ? OUT_OF_MEMORY("bitLane", *room * sizeof(BitLaneArrayType)) : 0;
+    return *lanes == nullptr ? OUT_OF_MEMORY("bitLane", *room * sizeof(void*)) : 0;
 }
 
 } // namespace

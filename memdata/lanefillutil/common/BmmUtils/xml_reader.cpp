@@ -158,7 +158,7 @@ int parse_XML_addressBusBlocks(LNF_XML_Element* element, const char* root, Addre
     AddressRangeDefType* range, AddressMappingType* mapping) {
     const u64 count = block_count(element);
     range->busBlocks = newBusBlockArray(count);
-    if (range->busBlocks == nullptr) return OUT_OF_MEMORY("addressRange", count * sizeof(BusBlockArrayType));
+    if (range->busBlocks == nullptr) return OUT_OF_MEMORY("addressRange", count * sizeof(void*));
     u64 address = 0;
     while (range->busBlockCount < count) {
         LNF_XML_Element* child = LNF_XML_Element_Get_Next_Child(element, xml::kBLOCK);

@@ -119,7 +119,7 @@ int InsertNewSectionHeader(DataStructureBlockType* block, u64 address) {
 }
 
 int BuildSectionArrayTable(DataStructureBlockType* block) {
-    const u64 bytes = std::max<u64>(block->sectionCount, 1) * sizeof(DataSectionHdrType*);
+    const u64 bytes = std::max<u64>(block->sectionCount, 1) * sizeof(void*);
     auto** entry = static_cast<DataSectionHdrType**>(getMemory("an array of sections", bytes));
     if (entry == nullptr) return 7;
     memdata::preferLargePages(entry, bytes);

@@ -21,7 +21,7 @@ constexpr u32 kLARGEST_SLOT_COUNT = u32{1} << 31;
 
 constexpr size_t index_offset(u32 size) {
     static_assert(alignof(SymbolIndexType) == alignof(symbol_entry*));
-    return offsetof(symbol_table, buckets) + size * sizeof(symbol_entry*);
+    return offsetof(symbol_table, buckets) + size * sizeof(void*);
 }
 
 // Not the hash of the chains: that one tells names apart that differ near their ends.
@@ -39,8 +39,8 @@ void link(const SymbolIndexType* index, symbol_entry* entry) {
 
 // From slot to slot, where neighbours are read at once: along the chains each entry would wait for the one before.
 bool set_slot_count(SymbolIndexType* index, u32 slotCount) {
-    auto* slots = static_cast<symbol_entry**>(
-        getMemory("slots of 'symbol_table' index", size_t{slotCount} * sizeof(symbol_entry*)));
+    auto* slots =
+        static_cast<symbol_entry**>(getMemory("slots of 'symbol_table' index", size_t{slotCount} * sizeof(void*)));
     if (slots == nullptr) return false;
     const SymbolIndexType old = std::exchange(*index, {index->symbolCount, slotCount, slots, index->ends});
     for (u32 i = 0; i < old.slotCount; ++i)

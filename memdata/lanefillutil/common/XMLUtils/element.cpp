@@ -42,7 +42,7 @@ char* new_attribute(const char* name, const char* value) {
     char* text = StrNew("XML attribute", nameBytes + valueLength);
     if (text == nullptr) return nullptr;
     std::memcpy(text, name, nameBytes);
-    std::memcpy(text + nameBytes, value, valueLength);
+    std::memcpy(text + nameBytes, value, valueLength + 1);
     StrSetAttribute(text, text + nameBytes);
     return text;
 }

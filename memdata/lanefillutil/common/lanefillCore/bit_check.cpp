@@ -21,7 +21,7 @@ constexpr int kMISSING_FILE_STATUS = 14;
 
 // What a user calls the place of a lane's word: its address in the space where that counts bytes.
 std::string placeText(const AddressSpaceDefType& space, const BusBlockType& block, u64 word) {
-    const std::string index = formatted("word 0x%llX", word);
+    std::string index = formatted("word 0x%llX", word);
     if (space.wordAddressing || block.busWidth % 8 != 0) return index;
     return formatted("address 0x%llX (%s)", block.startAddress + word * (block.busWidth / 8), index);
 }

@@ -46,7 +46,8 @@ public:
     // Words of the lane that the range wrote: the first, and behind the last.
     std::pair<u64, u64> wordsOf(const TransformRangeType* range) const {
         if (range == nullptr || range->firstBit == range->endBit) return {0, 0};
-        return {range->firstBit / slotBits(), (range->endBit + slotBits() - 1) / slotBits()};
+        const u64 bits = std::max<u64>(slotBits(), 1); // a lane without data bits has no words
+        return {range->firstBit / bits, (range->endBit + bits - 1) / bits};
     }
 
 private:

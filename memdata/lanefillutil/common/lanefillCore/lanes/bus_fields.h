@@ -6,6 +6,8 @@
 #include "BmmUtils/model/records.h"
 #include "lanefillCore/lanes/lane_positions.h"
 
+#include <algorithm>
+
 namespace memdata {
 
 // The data bits of one lane, or its parity bits.
@@ -36,11 +38,11 @@ void forEachBusField(const BusBlockType* block, const auto& use) {
     }
 }
 
-// Bits of a bus word in its source.
+// Bits of a bus word in its source; at least 1, which no word of a block without lanes has.
 inline u64 busWordBits(const BusBlockType* block) {
     u64 bits = 0;
     forEachBusField(block, [&](const BusField& field) { bits = field.firstBit + field.bits; });
-    return bits;
+    return std::max<u64>(bits, 1);
 }
 
 } // namespace memdata

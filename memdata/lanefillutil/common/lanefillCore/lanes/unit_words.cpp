@@ -67,7 +67,7 @@ bool hasUnitWords(const BusBlockType* block) {
 }
 
 u64 transformUnitWords(BusBlockType* block, BufferChunkAccess* source, u64 maxWords, bool byteSwapEcc) {
-    const u64 busBits = sumOfWidths(block);
+    const u64 busBits = std::max<u64>(sumOfWidths(block), 1); // the block has lanes
     const u64 words = std::min(maxWords, source->GetNumberBufferBitsRemaining() / busBits);
     for (u64 word = 0; word < words; ++word)
         transform_bus_access_ECC_value(block, byteSwapEcc, takeBusWord(block, busBits, source));
