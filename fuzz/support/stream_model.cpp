@@ -88,16 +88,19 @@ private:
         if (model_.status == 0 && left_() < form_.wordBytes) copy_(left_());
     }
 
-    void word_(u32 word) {
+    u32 operationOf_(u32 word) const { return form_.shortWords ? word >> 11 & 3 : word >> 27 & 3; }
+    bool isPlain_(u32 word) const {
         const u32 type = form_.shortWords ? word >> 13 : word >> 29;
-        const u32 operation = form_.shortWords ? word >> 11 & 3 : word >> 27 & 3;
-        if (operation != 0) {
+        return (word == 0 && lastKind_ != reg::kFDRI) || type == 1;
+    }
+
+    void word_(u32 word) {
+        if (const u32 operation = operationOf_(word); operation != 0)
             packet_(word, operation);
-        } else if ((word == 0 && lastKind_ != reg::kFDRI) || type == 1) {
+        else if (isPlain_(word))
             putWord_(word);
-        } else {
+        else
             autoCrc_(word);
-        }
     }
 
     void bypass_() {
@@ -114,6 +117,9 @@ private:
         }
         const u32 sum = form_.syncBytes == 2 ? crc_.value() & 0xFFFF : crc_.value();
         model_.crcWords.push_back({value, crc_.value(), value == sum});
+        // A new sum can look like a packet or a pad.
+        const u32 lead = form_.syncBytes > form_.wordBytes ? sum >> 16 : sum;
+        model_.hasOpaqueWords |= operationOf_(lead) != 0 || isPlain_(lead);
         put_(crc_.value(), form_.syncBytes);
         lastKind_ = kNO_KIND;
         if (form_.resetsAfterAutoCrc) crc_.reset();

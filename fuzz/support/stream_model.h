@@ -39,7 +39,7 @@ struct StreamModel {
     std::vector<CrcWord> crcWords = {}; // in order, those of registers and of bursts
     std::vector<u32> reached = {};      // how often each of the contents was put into the stream, told, or compared
     u32 differences = 0;                // memories that hold something else than the contents say
-    bool hasOpaqueWords = false;        // a replacement passed what a dump takes for packets
+    bool hasOpaqueWords = false;        // a replacement passed, or wrote, what a dump reads otherwise
 
     void walk(const Bytes& stream);
 };
