@@ -22,13 +22,9 @@ public:
 
     // busBytes: of a bus word, 1 to 16. checkOf: the check value of a bus word from its bytes, at most 16 bits.
     CheckTable(u64 busBytes, const auto& checkOf) : busBytes_(busBytes), values_{} {
-        std::array<u8, kMAX_BUS_BYTES> word{};
         for (u64 place = 0; place < busBytes; ++place)
-            for (unsigned bit = 0; bit < 8; ++bit) {
-                word[place] = static_cast<u8>(1u << bit);
-                addBit(place, bit, static_cast<u16>(checkOf(word.data())));
-                word[place] = 0;
-            }
+            for (unsigned bit = 0; bit < 8; ++bit)
+                addBit(place, bit, static_cast<u16>(checkOf(&kSINGLE_BITS[bit][kMAX_BUS_BYTES - 1 - place])));
     }
 
     // The check values of words that follow one another.
@@ -36,6 +32,14 @@ public:
 
 private:
     using ByteValues = std::array<u16, 256>;
+
+    // Of a bit in the byte in the middle: a bus word that has it at any place is a window of these bytes. (One word whose
+    // bytes are set and cleared in turn is what gcc 12 takes a store away from.)
+    static constexpr auto kSINGLE_BITS = [] {
+        std::array<std::array<u8, 2 * kMAX_BUS_BYTES - 1>, 8> bytes{};
+        for (unsigned bit = 0; bit < bytes.size(); ++bit) bytes[bit][kMAX_BUS_BYTES - 1] = static_cast<u8>(1u << bit);
+        return bytes;
+    }();
 
     // The values of bytes whose highest bit this is.
     void addBit(u64 place, unsigned bit, u16 check) {
