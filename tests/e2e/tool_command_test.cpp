@@ -91,6 +91,18 @@ TEST_F(ToolParameters, AParameterHoldsForTheRun) {
     EXPECT_THAT(remarks({"--param", "memdata.debugLegacyMessages=off"}), ::testing::Not(HasSubstr(kOLDER)));
 }
 
+TEST_F(ToolParameters, PlainMemoryChangesNoResult) {
+    EXPECT_THAT(runTool({"--params"}).out, HasSubstr("\nlanefill.plainMemory="));
+    for (const char* value : {"on", "off"}) {
+        const std::string parameter = std::string("--param=lanefill.plainMemory=") + value;
+        const ToolResult shown = run({parameter, "map", "soc.bmm"});
+        EXPECT_EQ(shown.status, 0);
+        EXPECT_EQ(shown.out, run({"map", "soc.bmm"}).out);
+        EXPECT_EQ(run({parameter, "-w", "-bm", "soc.bmm", "-bd", "data.mem", "-bx", "."}).status, 0);
+        EXPECT_EQ(run({parameter, "-bm", "none.bmm", "-bd", "data.mem", "-bx", "."}).status, 1);
+    }
+}
+
 TEST_F(ToolParameters, TheLaterOneWins) {
     EXPECT_THAT(remarks({"--param", "memdata.debugLegacyMessages=on", "--param=memdata.debugLegacyMessages=off"}),
         ::testing::Not(HasSubstr("code segment #0")));

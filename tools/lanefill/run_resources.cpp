@@ -10,9 +10,9 @@ namespace {
 
 constexpr const char* kPLAIN_PARAMETER = "lanefill.plainMemory";
 #ifdef __SANITIZE_ADDRESS__
-constexpr bool kIS_CHECKED = true;
+constexpr bool kIS_SANITIZED = true; // a pool would hide from the sanitizer where its blocks end
 #else
-constexpr bool kIS_CHECKED = false;
+constexpr bool kIS_SANITIZED = false;
 #endif
 
 } // namespace
@@ -23,8 +23,9 @@ RunResources::RunResources() {
 
 void registerRunParameters() {
     standaloneHost().parameters().registerBoolParam(kPLAIN_PARAMETER,
-        "Parameter to take each block of memory from the system and to release it before the tool ends, for memory checkers. Default is false.",
-        kIS_CHECKED);
+        "Parameter to take each block of memory from the system and to release it before the tool ends, for memory "
+        "checkers. Default is false.",
+        kIS_SANITIZED);
 }
 
 } // namespace memdata

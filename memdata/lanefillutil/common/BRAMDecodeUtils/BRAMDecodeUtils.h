@@ -3,6 +3,7 @@
 //   decode_tables  which frame bit holds which memory bit, for all forms of memories
 //   bit_access     bits of images and frames, bit order inside bytes
 //   frame_codec    one memory between its images and its frames
+//   codec_plan     its fast form, many rows of a table at once; bit_transpose turns their bits
 //   column_walk    all memories of one configuration column, dumped or replaced
 //   memory_check   the same, compared with what bit lanes hold
 // SPDX-License-Identifier: Apache-2.0

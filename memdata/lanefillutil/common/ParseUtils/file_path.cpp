@@ -44,25 +44,26 @@ struct PathType {
     const token_type* last; // null at the start
 };
 
-// Text that would be cut where it is kept as a C string.
-bool holds_zero_byte(const token_element* token) {
-    return std::strlen(token->text) < token->length;
-}
-
 // Appends text and reads the token behind it.
 int append(PathType* path, const char* text) {
-    if (text == path->token->text && holds_zero_byte(path->token))
-        return PrintErrorLocation(path->stream, kERROR_ILLEAGAL_FILE_NAME_SYMBOL, kSYNTAX, path->token, "\\0");
     path->name.reset(StrPostCat(path->name.release(), text));
     if (path->name == nullptr) return 7;
     path->last = path->token->type;
     return internal_get_next_token(path->stream, path->token);
 }
 
+// Appends the token. One with a zero byte would be cut where the name is kept as a C string.
+int append_token(PathType* path) {
+    const token_element* token = path->token;
+    if (std::strlen(token->text) < token->length)
+        return PrintErrorLocation(path->stream, kERROR_ILLEAGAL_FILE_NAME_SYMBOL, kSYNTAX, token, "\\0");
+    return append(path, token->text);
+}
+
 int append_names(PathType* path) {
     int status = 0;
     while (status == 0 && (is_name(path->token) || path->token->type == &kFILE_ABOVE_DIR_TOKEN))
-        status = append(path, path->token->text);
+        status = append_token(path);
     return status;
 }
 
@@ -73,7 +74,7 @@ bool is_quoted(const token_element* token) {
 // Pieces in quotes of either kind that touch are one name, so that a name can hold both kinds.
 int append_quoted(PathType* path) {
     int status = 0;
-    while (status == 0 && is_quoted(path->token)) status = append(path, path->token->text);
+    while (status == 0 && is_quoted(path->token)) status = append_token(path);
     return status;
 }
 
@@ -97,16 +98,16 @@ namespace {
 int append_beginning(PathType* path, bool quiet) {
     const token_type* type = path->token->type;
     if (is_separator(path->token)) return append(path, "/");
-    if (type == &kPERIOD || type == &kFILE_ABOVE_DIR_TOKEN) return append(path, path->token->text);
+    if (type == &kPERIOD || type == &kFILE_ABOVE_DIR_TOKEN) return append_token(path);
     if (type == &kWINDOWS_ABSOLUTE_SERVER_TOKEN) {
         const int status = append(path, "//");
-        return status == 0 && is_name(path->token) ? append(path, path->token->text) : status;
+        return status == 0 && is_name(path->token) ? append_token(path) : status;
     }
     if (is_quoted(path->token)) return append_quoted(path);
     if (is_name(path->token)) {
-        const int status = append(path, path->token->text);
+        const int status = append_token(path);
         const bool isVolume = status == 0 && path->token->type == &kVOLUME_SEPARATOR_TOKEN;
-        return isVolume ? append(path, path->token->text) : status;
+        return isVolume ? append_token(path) : status;
     }
     return quiet ? kNO_PATH : memdata::refusePathSymbol(path->stream, path->token);
 }

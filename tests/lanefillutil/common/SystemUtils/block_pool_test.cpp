@@ -8,8 +8,10 @@
 #include "SystemUtils/state.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -76,6 +78,20 @@ TEST(BlockPool, HoldsItsOwnBlocksAlone) {
     EXPECT_TRUE(pool.holds(inside));
     pool.close();
     EXPECT_FALSE(pool.holds(inside));
+}
+
+TEST(BlockPool, HoldsNothingWhereTheSystemHasNoSuchRange) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer itself takes more addresses";
+#endif
+    const auto openWithFewAddresses = [] {
+        const rlimit limit{rlim_t{1} << 30, rlim_t{1} << 30};
+        if (setrlimit(RLIMIT_AS, &limit) != 0) std::exit(2);
+        BlockPool pool;
+        pool.open();
+        std::exit(pool.take(16) == nullptr && !pool.holds(&pool) ? 0 : 1);
+    };
+    EXPECT_EXIT(openWithFewAddresses(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(ProcessEnd, SmallTrackedBlocksComeFromThePool) {

@@ -33,8 +33,8 @@ public:
 private:
     using ByteValues = std::array<u16, 256>;
 
-    // Of a bit in the byte in the middle: a bus word that has it at any place is a window of these bytes. (One word whose
-    // bytes are set and cleared in turn is what gcc 12 takes a store away from.)
+    // For each bit, bytes of which the middle one has it: a bus word with that bit at any place is a window of them. One
+    // word whose bytes are set and cleared in turn would do, but gcc 12 drops the clearing store at -O2.
     static constexpr auto kSINGLE_BITS = [] {
         std::array<std::array<u8, 2 * kMAX_BUS_BYTES - 1>, 8> bytes{};
         for (unsigned bit = 0; bit < bytes.size(); ++bit) bytes[bit][kMAX_BUS_BYTES - 1] = static_cast<u8>(1u << bit);
