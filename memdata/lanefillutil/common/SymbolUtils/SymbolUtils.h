@@ -34,10 +34,9 @@ struct symbol_entry {
     SymbolReleaserType releaser; // may be null
 
     // Ours, ahead of the name, which takes the rest of the block.
-    symbol_link ownLink;      // what link points at
-    symbol_table* table;      // that holds the entry
-    symbol_entry* nextInSlot; // in the table's index
-    u32 slotHash;             // of name, space and scope; both only while the table has an index
+    symbol_link ownLink; // what link points at
+    symbol_table* table; // that holds the entry
+    u32 slotHash;        // of name, space and scope; only while the table has an index
 
     char name[1]; // the whole name stands here, terminated
 };

@@ -4,6 +4,7 @@
 
 #include "SymbolUtils/internal.h"
 #include "SystemUtils/memory.h"
+#include "platform/memory_pages.h"
 
 #include <bit>
 #include <cstddef>
@@ -13,10 +14,12 @@
 
 using memdata::SymbolIndexType;
 using memdata::symbolName;
+using memdata::SymbolSlotType;
 
 namespace {
 
 constexpr u32 kSYMBOLS_PER_CHAIN = 2; // on average, where an index begins
+constexpr u32 kSLOTS_PER_SYMBOL = 2;  // at least: searches stay short
 constexpr u32 kLARGEST_SLOT_COUNT = u32{1} << 31;
 
 constexpr size_t index_offset(u32 size) {
@@ -31,21 +34,45 @@ u32 slot_hash(const char* name, u32 space, u32 scope) {
     return static_cast<u32>(value ^ (value >> 32));
 }
 
-void link(const SymbolIndexType* index, symbol_entry* entry) {
-    symbol_entry** slot = index->slots + (entry->slotHash & (index->slotCount - 1));
-    entry->nextInSlot = *slot;
-    *slot = entry;
+u32 home_slot(const SymbolIndexType* index, u32 hash) {
+    return hash & (index->slotCount - 1);
 }
 
-// From slot to slot, where neighbours are read at once: along the chains each entry would wait for the one before.
+u32 next_slot(const SymbolIndexType* index, u32 slot) {
+    return (slot + 1) & (index->slotCount - 1);
+}
+
+// Slots from one to another, along the way of a search.
+u32 distance(const SymbolIndexType* index, u32 from, u32 to) {
+    return (to - from) & (index->slotCount - 1);
+}
+
+void put(const SymbolIndexType* index, SymbolSlotType filled) {
+    u32 slot = home_slot(index, filled.hash);
+    while (index->slots[slot].entry != nullptr) slot = next_slot(index, slot);
+    index->slots[slot] = filled;
+}
+
+// Entries behind a slot that becomes free move up, as far as their searches pass it.
+void free_slot(const SymbolIndexType* index, u32 slot) {
+    SymbolSlotType* const slots = index->slots;
+    for (u32 next = next_slot(index, slot); slots[next].entry != nullptr; next = next_slot(index, next)) {
+        const u32 home = home_slot(index, slots[next].hash);
+        if (distance(index, home, next) < distance(index, slot, next)) continue;
+        slots[slot] = slots[next];
+        slot = next;
+    }
+    slots[slot] = {};
+}
+
 bool set_slot_count(SymbolIndexType* index, u32 slotCount) {
-    auto* slots =
-        static_cast<symbol_entry**>(getMemory("slots of 'symbol_table' index", size_t{slotCount} * sizeof(void*)));
+    const size_t bytes = size_t{slotCount} * sizeof(SymbolSlotType);
+    auto* slots = static_cast<SymbolSlotType*>(getMemory("slots of 'symbol_table' index", bytes));
     if (slots == nullptr) return false;
+    memdata::preferLargePages(slots, bytes); // a search goes anywhere
     const SymbolIndexType old = std::exchange(*index, {index->symbolCount, slotCount, slots, index->ends});
     for (u32 i = 0; i < old.slotCount; ++i)
-        for (symbol_entry* entry = old.slots[i]; entry != nullptr;)
-            link(index, std::exchange(entry, entry->nextInSlot));
+        if (old.slots[i].entry != nullptr) put(index, old.slots[i]);
     if (old.slots != nullptr) releaseMemory(old.slots);
     return true;
 }
@@ -54,12 +81,13 @@ bool set_slot_count(SymbolIndexType* index, u32 slotCount) {
 bool begin_index(symbol_table* table, SymbolIndexType* index) {
     index->ends =
         static_cast<symbol_entry***>(getMemory("ends of 'symbol_table' chains", table->size * sizeof(symbol_entry**)));
-    if (index->ends == nullptr || !set_slot_count(index, std::bit_ceil(index->symbolCount * 2))) return false;
+    if (index->ends == nullptr || !set_slot_count(index, std::bit_ceil(index->symbolCount * kSLOTS_PER_SYMBOL * 2)))
+        return false;
     for (u32 bucket = 0; bucket < table->size; ++bucket) {
         symbol_entry** end = table->buckets + bucket;
         for (; *end != nullptr; end = &(*end)->next) {
             (*end)->slotHash = slot_hash(symbolName(*end), (*end)->space, (*end)->scope);
-            link(index, *end);
+            put(index, {*end, (*end)->slotHash});
         }
         index->ends[bucket] = end;
     }
@@ -76,19 +104,11 @@ SymbolIndexType* memdata::indexOf(symbol_table* table) {
     return reinterpret_cast<SymbolIndexType*>(reinterpret_cast<char*>(table) + index_offset(table->size));
 }
 
-symbol_entry* memdata::findIndexed(const SymbolIndexType* index, const char* name, u32 space, u32 scope) {
-    const u32 hash = slot_hash(name, space, scope);
-    symbol_entry* entry = index->slots[hash & (index->slotCount - 1)];
-    while (entry != nullptr && !(entry->slotHash == hash && isSymbol(entry, name, space, scope)))
-        entry = entry->nextInSlot;
-    return entry;
-}
-
 bool memdata::makeRoomInIndex(symbol_table* table) {
     SymbolIndexType* index = indexOf(table);
     if (index->slotCount != 0) {
-        if (index->symbolCount < index->slotCount || index->slotCount == kLARGEST_SLOT_COUNT) return true;
-        return set_slot_count(index, index->slotCount * 2);
+        const bool hasRoom = index->symbolCount < index->slotCount / kSLOTS_PER_SYMBOL;
+        return hasRoom || index->slotCount == kLARGEST_SLOT_COUNT || set_slot_count(index, index->slotCount * 2);
     }
     if (index->symbolCount < table->size * kSYMBOLS_PER_CHAIN) return true;
     if (begin_index(table, index)) return true;
@@ -96,13 +116,26 @@ bool memdata::makeRoomInIndex(symbol_table* table) {
     return false;
 }
 
+u32 memdata::beginIndexSearch(const SymbolIndexType* index, const char* name, u32 space, u32 scope) {
+    const u32 hash = slot_hash(name, space, scope);
+    __builtin_prefetch(index->slots + home_slot(index, hash));
+    return hash;
+}
+
+symbol_entry* memdata::findIndexed(const SymbolIndexType* index, u32 slotHash, const char* name, u32 space, u32 scope) {
+    for (u32 slot = home_slot(index, slotHash);; slot = next_slot(index, slot)) {
+        const SymbolSlotType& place = index->slots[slot];
+        if (place.entry == nullptr || (place.hash == slotHash && isSymbol(place.entry, name, space, scope)))
+            return place.entry;
+    }
+}
+
 void memdata::enterInIndex(symbol_table* table, symbol_entry* entry, u32 bucket) {
     SymbolIndexType* index = indexOf(table);
     ++index->symbolCount;
     if (index->slotCount == 0) return;
     index->ends[bucket] = &entry->next;
-    entry->slotHash = slot_hash(symbolName(entry), entry->space, entry->scope);
-    link(index, entry);
+    put(index, {entry, entry->slotHash});
 }
 
 void memdata::removeFromIndex(symbol_entry* entry) {
@@ -110,9 +143,9 @@ void memdata::removeFromIndex(symbol_entry* entry) {
     --index->symbolCount;
     if (index->slotCount == 0) return;
     if (entry->next == nullptr) index->ends[hash(symbolName(entry), entry->table->size)] = entry->owner;
-    symbol_entry** place = index->slots + (entry->slotHash & (index->slotCount - 1));
-    while (*place != entry) place = &(*place)->nextInSlot;
-    *place = entry->nextInSlot;
+    u32 slot = home_slot(index, entry->slotHash);
+    while (index->slots[slot].entry != entry) slot = next_slot(index, slot);
+    free_slot(index, slot);
 }
 
 void memdata::dropIndex(symbol_table* table) {

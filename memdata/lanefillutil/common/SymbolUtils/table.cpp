@@ -38,11 +38,15 @@ bool is_indexed(const SymbolIndexType* index, u32 space) {
     return index->slotCount != 0 && space != 0;
 }
 
+u32 begin_search(const SymbolIndexType* index, const char* name, u32 space, u32 scope) {
+    return index->slotCount == 0 ? 0 : beginIndexSearch(index, name, space, scope);
+}
+
 // The end of the chain where a name is to be entered; null when the scope has it already.
-symbol_entry** find_end(const char* name, symbol_table* table, u32 bucket, u32 space, u32 scope) {
+symbol_entry** find_end(const char* name, symbol_table* table, u32 bucket, u32 slotHash, u32 space, u32 scope) {
     const SymbolIndexType* index = indexOf(table);
     if (is_indexed(index, space))
-        return findIndexed(index, name, space, scope) == nullptr ? index->ends[bucket] : nullptr;
+        return findIndexed(index, slotHash, name, space, scope) == nullptr ? index->ends[bucket] : nullptr;
     symbol_entry** place = find_place(name, table, bucket, space, scope);
     return *place == nullptr ? place : nullptr;
 }
@@ -140,11 +144,14 @@ symbol_entry* insert_symbol(
         PrintInternalError(kERROR_MESSAGE_STRING, 3, "A symbol was to be entered without a name or without a table.");
         return nullptr;
     }
+    if (!makeRoomInIndex(table)) return nullptr;
+    const u32 slotHash = begin_search(indexOf(table), name, space, scope);
     const u32 bucket = hash(name, table->size);
-    symbol_entry** end = find_end(name, table, bucket, space, scope);
-    if (end == nullptr || !makeRoomInIndex(table)) return nullptr;
+    symbol_entry** end = find_end(name, table, bucket, slotHash, space, scope);
+    if (end == nullptr) return nullptr;
     symbol_entry* entry = create_entry(name);
     if (entry == nullptr) return nullptr;
+    entry->slotHash = slotHash;
     entry->owner = end;
     entry->table = table;
     entry->space = space;
@@ -171,7 +178,8 @@ symbol_entry* lookup_symbol(const char* name, const symbol_table* table, u32 spa
     auto* readOnly = const_cast<symbol_table*>(table);
     const SymbolIndexType* index = indexOf(readOnly);
     if (index->symbolCount == 0) return nullptr;
-    if (is_indexed(index, space)) return findIndexed(index, name, space, scope);
+    if (is_indexed(index, space))
+        return findIndexed(index, begin_search(index, name, space, scope), name, space, scope);
     return *find_place(name, readOnly, hash(name, table->size), space, scope);
 }
 
