@@ -3,14 +3,20 @@
 //
 // A map of N lanes of a hundred bytes, four to a block, in spaces of 1,024 lanes. `memory` is the peak of the memory that
 // reading takes, in bytes per byte of text: tracked is what records ask for, resident what the system gives for it.
+//
+// BareBlocks shows what of the time is the memory's: it takes and clears as many blocks of the same sizes.
 #include "BmmUtils/model/AddressMapModel.h"
 #include "BmmUtils/parser.h"
 #include "SystemUtils/SystemUtils.h"
 
 #include <algorithm>
+#include <array>
 #include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -92,5 +98,24 @@ void ParseMap(benchmark::State& state) {
     state.counters["resident_memory"] = static_cast<double>(residentBytes) / textBytes;
 }
 BENCHMARK(ParseMap)->Arg(1000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+// Bytes that the records and names of one lane take from the C library.
+constexpr std::array<size_t, 8> kBLOCKS_OF_LANE{208, 160, 112, 80, 64, 64, 48, 32};
+
+void BareBlocks(benchmark::State& state) {
+    std::vector<void*> blocks(static_cast<size_t>(state.range(0)) * kBLOCKS_OF_LANE.size());
+    for (auto _ : state) {
+        size_t taken = 0;
+        for (i64 lane = 0; lane < state.range(0); ++lane)
+            for (const size_t bytes : kBLOCKS_OF_LANE)
+                blocks[taken++] = std::memset(std::malloc(bytes), 0, bytes); // as tracked blocks are
+        state.PauseTiming();
+        for (void* block : blocks) std::free(block);
+        state.ResumeTiming();
+    }
+    state.counters["ns_per_lane"] = benchmark::Counter(static_cast<double>(state.iterations() * state.range(0)) * 1e-9,
+        benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+BENCHMARK(BareBlocks)->Arg(1000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 
 } // namespace

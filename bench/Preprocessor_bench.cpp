@@ -95,8 +95,8 @@ double seconds_of_cpp(const std::string& name) {
 // `cppName` is the text that gives cpp the same lines, "" for none.
 void preprocess_file(benchmark::State& state, const std::string& name, const std::string& cppName, size_t bytes) {
     const memdata::SystemResources resources;
-    memdata::Tracked<fileSpecType, DeleteFileSpec> in(CreateFileSpec(name.c_str()));
-    memdata::Tracked<fileSpecType, DeleteFileSpec> out(CreateFileSpec((folder().path / "ours.txt").c_str()));
+    memdata::OwnedFileSpec in(CreateFileSpec(name.c_str()));
+    memdata::OwnedFileSpec out(CreateFileSpec((folder().path / "ours.txt").c_str()));
     SetDefaultFileAttributes(kOVERWRITING_ALLOWED, true);
     SetDefaultFileAttributes(kOVERWRITING_REFUSED, false);
     const bool hasPeer = !cppName.empty() && is_cpp_here();

@@ -21,8 +21,6 @@ constexpr u32 kLANES_OF_SPACE = kLANES_OF_BLOCK * kBLOCKS_OF_SPACE;
 constexpr u64 kSPACE_BYTES = u64{kLANES_OF_SPACE} * 2048; // of RAMB16
 constexpr u32 kWORDS = 2048;                              // of a lane
 
-using OwnedSpec = memdata::Tracked<fileSpecType, DeleteFileSpec>;
-
 std::string hex(u64 value) {
     return memdata::formatted("0x%llX", value);
 }
@@ -59,8 +57,8 @@ std::string map_text(u32 lanes) {
     return text + "\t</Processor>\n</AddressMap>\n";
 }
 
-OwnedSpec spec_of(const std::string& text) {
-    return OwnedSpec(CreateFileSpecWithFileData("map.xml", text.data(), text.size()));
+memdata::OwnedFileSpec spec_of(const std::string& text) {
+    return memdata::OwnedFileSpec(CreateFileSpecWithFileData("map.xml", text.data(), text.size()));
 }
 
 void set_figures(benchmark::State& state, size_t bytes) {
@@ -71,7 +69,7 @@ void set_figures(benchmark::State& state, size_t bytes) {
 void xml_document_read(benchmark::State& state) {
     const memdata::SystemResources system;
     const std::string text = map_text(static_cast<u32>(state.range(0)));
-    const OwnedSpec spec = spec_of(text);
+    const memdata::OwnedFileSpec spec = spec_of(text);
     for ([[maybe_unused]] auto step : state) {
         LNF_XML document;
         if (document.ReadXML(spec.get(), nullptr, 0) != 0) return state.SkipWithError("not read");
@@ -83,7 +81,7 @@ BENCHMARK(xml_document_read)->RangeMultiplier(10)->Range(1000, 100000)->Unit(ben
 void xml_map_read(benchmark::State& state) {
     const memdata::SystemResources system;
     const std::string text = map_text(static_cast<u32>(state.range(0)));
-    const OwnedSpec spec = spec_of(text);
+    const memdata::OwnedFileSpec spec = spec_of(text);
     for ([[maybe_unused]] auto step : state) {
         AddressMappingType* mapping = create_addressMapping_element("map.bmm", nullptr, false, nullptr, nullptr);
         if (open_and_parse_bmm_XML(spec.get(), mapping, nullptr, nullptr, nullptr, nullptr) != 0)
@@ -103,7 +101,7 @@ void xml_map_write(benchmark::State& state) {
         return state.SkipWithError("not read");
     const std::filesystem::path name =
         std::filesystem::temp_directory_path() / ("memdata_bench_" + std::to_string(::getpid()) + ".xml");
-    const OwnedSpec output(CreateFileSpec(name.c_str()));
+    const memdata::OwnedFileSpec output(CreateFileSpec(name.c_str()));
     for ([[maybe_unused]] auto step : state)
         if (output_XML_BMM_file(output.get(), nullptr, 0, mapping) != 0) return state.SkipWithError("not written");
     set_figures(state, std::filesystem::file_size(name));
