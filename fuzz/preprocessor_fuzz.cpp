@@ -7,8 +7,7 @@
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const memdata::fuzz::EngineRun run;
     const std::string_view text = memdata::fuzz::textOf(data, size);
-    const memdata::Tracked<fileSpecType, DeleteFileSpec> spec(
-        CreateFileSpecWithFileData("text.bmm", text.data(), text.size()));
+    const memdata::OwnedFileSpec spec(CreateFileSpecWithFileData("text.bmm", text.data(), text.size()));
     open_and_preprocess_file(spec.get(), "bmm", nullptr, nullptr);
     return 0;
 }

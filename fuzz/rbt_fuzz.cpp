@@ -10,8 +10,6 @@ namespace {
 
 using namespace memdata;
 
-using SpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
-
 void useHeader(BitFileHeaderType* header) {
     DumpBITHeader(&StandardOut, "a.rbt", header);
     if (completeRBTHeader(header) != 0) return;
@@ -25,7 +23,7 @@ void useHeader(BitFileHeaderType* header) {
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const fuzz::EngineRun run;
     const std::string_view text = fuzz::textOf(data, size);
-    const SpecOwner spec(CreateFileSpecWithFileData("a.rbt", text.data(), text.size()));
+    const OwnedFileSpec spec(CreateFileSpecWithFileData("a.rbt", text.data(), text.size()));
     u32 dataLength = 0;
     TarselDeviceType* device = nullptr;
     BitFileHeaderType header{};

@@ -21,7 +21,7 @@ constexpr u8 kOF_REPLACED = 0x80; // among the choices: the stream behind a repl
 // Status, and the text where there is one.
 int dump(const Bytes& file, u32 flags, AddressMappingType* map, std::string* text) {
     const InputFile bits(file);
-    const Tracked<fileSpecType, DeleteFileSpec> output(CreateFileSpec(kOUTPUT));
+    const OwnedFileSpec output(CreateFileSpec(kOUTPUT));
     const int status = DoBITDump(bits.spec(), output.get(), flags, map, nullptr);
     const std::optional<Bytes> told = takeFile(kOUTPUT);
     require(told.has_value() == (status == 0), "a failed dump leaves a text, or a good one leaves none");

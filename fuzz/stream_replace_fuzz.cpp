@@ -13,7 +13,7 @@ constexpr const char* kOUTPUT = "out.bit";
 
 int replace(const Bytes& file, u32 flags, AddressMappingType* map) {
     const InputFile bits(file);
-    const Tracked<fileSpecType, DeleteFileSpec> output(CreateFileSpec(kOUTPUT));
+    const OwnedFileSpec output(CreateFileSpec(kOUTPUT));
     return DoBITReplacement(bits.spec(), output.get(), flags, map, nullptr, nullptr);
 }
 

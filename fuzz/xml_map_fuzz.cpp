@@ -14,15 +14,13 @@ namespace {
 using namespace memdata;
 using namespace memdata::fuzz;
 
-using SpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
-
 int readDocument(std::string_view text, AddressMappingType* mapping) {
-    const SpecOwner spec(CreateFileSpecWithFileData("map.xml", text.data(), text.size()));
+    const OwnedFileSpec spec(CreateFileSpecWithFileData("map.xml", text.data(), text.size()));
     return open_and_parse_bmm_XML(spec.get(), mapping, nullptr, nullptr, nullptr, nullptr);
 }
 
 std::string documentOf(AddressMappingType* mapping) {
-    const SpecOwner spec(CreateFileSpec("out.xml"));
+    const OwnedFileSpec spec(CreateFileSpec("out.xml"));
     require(output_XML_BMM_file(spec.get(), "", 0, mapping) == 0, "a map that was read can not be written");
     std::ifstream in("out.xml", std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(in), {}};

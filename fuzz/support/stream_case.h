@@ -51,7 +51,7 @@ public:
 
 private:
     Bytes bytes_;
-    Tracked<fileSpecType, DeleteFileSpec> spec_;
+    OwnedFileSpec spec_;
 };
 
 // The contents of a file of the run, which goes with it; nothing when there is none.

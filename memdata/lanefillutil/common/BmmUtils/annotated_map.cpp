@@ -216,7 +216,7 @@ int output_BMM_addressMapping(fileIODescriptor* file, AddressMappingType* mappin
 int output_BMM_file(fileSpecType* spec, AddressMappingType* mapping, const char* fileName) {
     if (mapping == nullptr) return 0;
     if (spec == nullptr) return 3;
-    Tracked<fileSpecType, DeleteFileSpec> ownName;
+    OwnedFileSpec ownName;
     if (spec->fullName != nullptr && std::strcmp(spec->fullName, "*") == 0) {
         ownName.reset(CreateFileSpec(mapping->bmmBaseName));
         if (ownName == nullptr) return 7;

@@ -15,8 +15,6 @@ using namespace memdata;
 
 namespace {
 
-using OwnedFileSpec = Tracked<fileSpecType, DeleteFileSpec>;
-
 constexpr const char* kGROUP_NAME = "COMPONENT_INFO 'c' component name or '*' wild";
 constexpr const char* kINSTANCE_NAME = "COMPONENT_INFO 'c' instance name or '*' wild";
 constexpr const char* kNO_WILD = "A component instance name instead of a '*' wild";

@@ -14,8 +14,6 @@ using namespace memdata;
 
 namespace {
 
-using OwnedFileSpec = Tracked<fileSpecType, DeleteFileSpec>;
-
 constexpr const char* kMAP_TEXT_NAME = "BMMInfo.bmm";
 constexpr int kNO_PATH = 1;
 

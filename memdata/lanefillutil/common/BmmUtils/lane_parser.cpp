@@ -3,6 +3,7 @@
 #include "BmmUtils/model/AddressMapModel.h"
 #include "BmmUtils/model/internal.h"
 #include "BmmUtils/parser.h"
+#include "BmmUtils/stated_lane.h"
 #include "DeviceTableUtils/cross_coordinates.h"
 #include "DeviceTableUtils/memory_lookup.h"
 #include "ParseUtils/file_path.h"
@@ -14,8 +15,6 @@
 using namespace memdata;
 
 namespace {
-
-using OwnedFileSpec = Tracked<fileSpecType, DeleteFileSpec>;
 
 constexpr u64 kLEAST_WIDTH_WITH_PARITY = 5; // bits; narrower lanes leave the parity bits of their device unused
 
@@ -81,24 +80,9 @@ private:
 };
 
 // What one statement says.
-struct LaneType {
-    std::string name;
+struct LaneType : StatedLane {
     ReservedName entry;
-    bool isRelative = false;
-    MEMORYLocType* memory = nullptr;
-    u32 eccType = kECC_NONE;
-    u32 bitOrdering = 0;
-    u64 bitLow = 0;
-    u64 bitHigh = 0;
-    u64 addressLow = 0;
-    u64 addressHigh = 0;
-    u32 locKind = kLOC_KIND_NONE;
-    u32 locRow = 0;
-    u32 locColumn = 0;
     token_element locPlace{};
-    OwnedFileSpec input;
-    OwnedFileSpec output;
-    OwnedFileSpec init;
 };
 
 // The word behind BUS_BLOCK. Words are names there, but for the one that ends the block.
@@ -217,21 +201,8 @@ int read_lane(const BlockType& block, LaneType* lane) {
     return status == 0 ? read_terminator(block) : status;
 }
 
-int make_element(const BlockType& block, LaneType* lane, OwnedLaneElement* element) {
-    element->reset(
-        create_bitLane_grid_element(nullptr, lane->name.c_str(), lane->memory, lane->isRelative, lane->bitLow,
-            lane->bitHigh, lane->addressLow, lane->addressHigh, lane->bitOrdering, lane->eccType, lane->locRow,
-            lane->locColumn, lane->locKind, block.space, lane->init.get(), lane->input.get(), lane->output.get()));
-    if (*element == nullptr) return OUT_OF_MEMORY("bitLane", sizeof(BitLaneType) + lane->name.size());
-    lane->init.release(); // the lane owns them now
-    lane->input.release();
-    lane->output.release();
-    return 0;
-}
-
 int record_location(const BlockType& block, const LaneType& lane, BitLaneType* device) {
-    const bool isLocated = lane.locKind != kLOC_KIND_NONE && (lane.memory->type->sizeUnits & kBLOCK_RAM_CLASSES) != 0;
-    if (!isLocated) return 0;
+    if (!isLocatedBlockRam(lane)) return 0;
     ++block.range->locatedDeviceCount;
     return record_bitLane_LOC_constraint(block.stream, &lane.locPlace, block.mapping, device);
 }
@@ -240,7 +211,7 @@ int take_lane(const BlockType& block, LaneChainType* data, LaneChainType* ecc, B
     LaneType lane;
     OwnedLaneElement element;
     int status = read_lane(block, &lane);
-    if (status == 0) status = make_element(block, &lane, &element);
+    if (status == 0) status = makeLaneElement(&lane, block.space, &element);
     if (status == 0) status = record_location(block, lane, element->lane);
     if (status != 0) return status;
     lane.entry.standFor(element.get());

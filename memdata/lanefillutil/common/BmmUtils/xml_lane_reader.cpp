@@ -3,6 +3,7 @@
 #include "BmmUtils/model/AddressMapModel.h"
 #include "BmmUtils/model/internal.h"
 #include "BmmUtils/parser.h"
+#include "BmmUtils/stated_lane.h"
 #include "BmmUtils/xml_map.h"
 #include "BmmUtils/xml_words.h"
 #include "DeviceTableUtils/cross_coordinates.h"
@@ -18,8 +19,6 @@ using namespace memdata;
 
 namespace {
 
-using OwnedFileSpec = Tracked<fileSpecType, DeleteFileSpec>;
-
 // What the devices of one block share.
 struct BlockReaderType {
     const char* root;
@@ -30,25 +29,6 @@ struct BlockReaderType {
     u64 laneRoom; // entries of block->lanes
     u64 eccRoom;  // entries of block->eccLanes
     u64 nextAddress;
-};
-
-// What one device says.
-struct DeviceType {
-    std::string name;
-    bool isRelative = false;
-    MEMORYLocType* memory = nullptr;
-    u32 eccType = kECC_NONE;
-    u32 bitOrdering = 0;
-    u64 bitLow = 0;
-    u64 bitHigh = 0;
-    u64 addressLow = 0;
-    u64 addressHigh = 0;
-    u32 locKind = kLOC_KIND_NONE;
-    u32 locRow = 0;
-    u32 locColumn = 0;
-    OwnedFileSpec input;
-    OwnedFileSpec output;
-    OwnedFileSpec init;
 };
 
 const char* attribute(const LNF_XML_Element* element, const char* name) {
@@ -64,14 +44,14 @@ std::string_view without_relative_mark(std::string_view name, bool* isRelative) 
     return name;
 }
 
-void read_name(const BlockReaderType& reader, const LNF_XML_Element* element, DeviceType* device) {
+void read_name(const BlockReaderType& reader, const LNF_XML_Element* element, StatedLane* device) {
     const char* text = attribute(element, xml::kINSTANCE);
     device->name = without_relative_mark(text == nullptr ? "" : text, &device->isRelative);
     rootInstanceName(reader.root, &device->name);
 }
 
 // A device without a word is of its range's type, and so is one of the range's generic memory, which is no other's.
-int read_memory(const BlockReaderType& reader, const LNF_XML_Element* element, DeviceType* device) {
+int read_memory(const BlockReaderType& reader, const LNF_XML_Element* element, StatedLane* device) {
     const char* word = attribute(element, xml::kTYPE);
     const MEMORYType* rangeType = reader.range->memory->type;
     const bool isRangeMemory =
@@ -87,13 +67,13 @@ int read_pair(const LNF_XML_Element* element, const char* name, u64* first, u64*
     return PrintError(kERROR_ILLEAGAL_TOKEN_AND_EXPECTED, kSYNTAX_STATUS, text, formatted("%s range", name));
 }
 
-int read_width(const LNF_XML_Element* element, DeviceType* device) {
+int read_width(const LNF_XML_Element* element, StatedLane* device) {
     if (int status = read_pair(element, xml::kWIDTH, &device->bitLow, &device->bitHigh); status != 0) return status;
     device->bitOrdering = get_bitLane_ordering(&device->bitLow, &device->bitHigh);
     return 0;
 }
 
-int read_depth(const BlockReaderType& reader, const LNF_XML_Element* element, DeviceType* device) {
+int read_depth(const BlockReaderType& reader, const LNF_XML_Element* element, StatedLane* device) {
     if (attribute(element, xml::kDEPTH) != nullptr)
         return read_pair(element, xml::kDEPTH, &device->addressLow, &device->addressHigh);
     defaultLaneAddresses(device->memory, device->bitHigh + 1 - device->bitLow, reader.nextAddress, &device->addressLow,
@@ -101,7 +81,7 @@ int read_depth(const BlockReaderType& reader, const LNF_XML_Element* element, De
     return 0;
 }
 
-int read_location(const LNF_XML_Element* element, DeviceType* device) {
+int read_location(const LNF_XML_Element* element, StatedLane* device) {
     const char* text = attribute(element, xml::kLOC);
     if (text == nullptr) return 0;
     device->locKind = kLOC_KIND_LOC;
@@ -116,7 +96,7 @@ int read_file(const LNF_XML_Element* element, const char* name, OwnedFileSpec* f
     return *file == nullptr ? OUT_OF_MEMORY("bitLane", sizeof(fileSpecType)) : 0;
 }
 
-int read_device(const BlockReaderType& reader, const LNF_XML_Element* element, DeviceType* device) {
+int read_device(const BlockReaderType& reader, const LNF_XML_Element* element, StatedLane* device) {
     read_name(reader, element, device);
     int status = read_width(element, device);
     if (status == 0) status = read_location(element, device);
@@ -130,20 +110,8 @@ int read_device(const BlockReaderType& reader, const LNF_XML_Element* element, D
     return status;
 }
 
-int make_element(const BlockReaderType& reader, DeviceType* device, OwnedLaneElement* element) {
-    element->reset(create_bitLane_grid_element(nullptr, device->name.c_str(), device->memory, device->isRelative,
-        device->bitLow, device->bitHigh, device->addressLow, device->addressHigh, device->bitOrdering, device->eccType,
-        device->locRow, device->locColumn, device->locKind, reader.space, device->init.get(), device->input.get(),
-        device->output.get()));
-    if (*element == nullptr) return OUT_OF_MEMORY("bitLane", sizeof(BitLaneType) + device->name.size());
-    device->init.release(); // the lane owns them now
-    device->input.release();
-    device->output.release();
-    return 0;
-}
-
-int record_location(const BlockReaderType& reader, BitLaneType* lane) {
-    if (lane->locKind == kLOC_KIND_NONE || (lane->memory->type->sizeUnits & kBLOCK_RAM_CLASSES) == 0) return 0;
+int record_location(const BlockReaderType& reader, const StatedLane& device, BitLaneType* lane) {
+    if (!isLocatedBlockRam(device)) return 0;
     if (int status = record_bitLane_LOC_constraint(nullptr, nullptr, reader.mapping, lane); status != 0) return status;
     ++reader.range->locatedDeviceCount;
     return 0;
@@ -158,7 +126,7 @@ int enter_name(const BlockReaderType& reader, BitLaneGridElemType* element) {
     return PrintError(kERROR_BRAM_INSTANCE_NAME_DUPLICATE, kSYNTAX_STATUS, reader.space->name);
 }
 
-int store_element(const BlockReaderType& reader, OwnedLaneElement* owned) {
+int store_element(const BlockReaderType& reader, const StatedLane& device, OwnedLaneElement* owned) {
     BusBlockType* block = reader.block;
     const bool isEcc = (*owned)->eccType != kECC_NONE;
     if ((isEcc ? block->eccLaneCount : block->laneCount) == (isEcc ? reader.eccRoom : reader.laneRoom))
@@ -179,7 +147,7 @@ int store_element(const BlockReaderType& reader, OwnedLaneElement* owned) {
         block->busWidth += element->laneWidth;
     }
     ++reader.range->deviceCount;
-    return record_location(reader, element->lane);
+    return record_location(reader, device, element->lane);
 }
 
 // Room for as many lanes as a count says, but not for more than there are devices.
@@ -202,11 +170,11 @@ int parse_XML_addressBitLanes(LNF_XML_Element* element, const char* root, Addres
     while (status == 0) {
         const LNF_XML_Element* child = LNF_XML_Element_Get_Next_Child(element, xml::kDEVICE);
         if (child == nullptr) break;
-        DeviceType device;
+        StatedLane device;
         OwnedLaneElement lane;
         status = read_device(reader, child, &device);
-        if (status == 0) status = make_element(reader, &device, &lane);
-        if (status == 0) status = store_element(reader, &lane);
+        if (status == 0) status = makeLaneElement(&device, space, &lane);
+        if (status == 0) status = store_element(reader, device, &lane);
     }
     return status;
 }

@@ -126,7 +126,7 @@ void add_node(BDSwitchDataType*** end, NodeOwner* node) {
 }
 
 // Takes the file and reads its modifiers.
-int add_file(OptionReader* reader, BDSwitchDataType*** end, FileSpecOwner* spec) {
+int add_file(OptionReader* reader, BDSwitchDataType*** end, OwnedFileSpec* spec) {
     NodeOwner node(create_BD_switch_data(spec->get()));
     if (node == nullptr) return 7;
     spec->release();
@@ -135,7 +135,7 @@ int add_file(OptionReader* reader, BDSwitchDataType*** end, FileSpecOwner* spec)
     return 0;
 }
 
-int add_dataset(OptionReader* reader, FileSpecOwner* spec) {
+int add_dataset(OptionReader* reader, OwnedFileSpec* spec) {
     DeleteFileSpec(&reader->options->datasetFile);
     reader->options->datasetFile = spec->release();
     return readDataset(reader, reader->options->datasetFile);
@@ -148,7 +148,7 @@ int add_dataset(OptionReader* reader, FileSpecOwner* spec) {
 int readDataFileSwitch(OptionReader* reader) {
     KeywordOverlay words(reader->stream, &bd_modifier_keywords);
     if (words.status() != 0) return words.status();
-    FileSpecOwner spec;
+    OwnedFileSpec spec;
     if (int status = reader->path(spec.out(), kERROR_BD_MISSING_ELF_OR_MEM_FILE_NAME); status != 0) return status;
     const int status =
         spec->format == kXML_FORMAT ? add_dataset(reader, &spec) : add_file(reader, &reader->bdEnd, &spec);
@@ -158,7 +158,7 @@ int readDataFileSwitch(OptionReader* reader) {
 int readMemFolderSwitch(OptionReader* reader) {
     KeywordOverlay words(reader->stream, &bd_modifier_keywords);
     if (words.status() != 0) return words.status();
-    FileSpecOwner spec;
+    OwnedFileSpec spec;
     int status = parse_file_pathname(reader->stream, reader->token, true, true, true, spec.out());
     if (status == kNO_PATH && reader->atEnd()) {
         spec.reset(CreateFileSpec("."));
@@ -171,7 +171,7 @@ int readMemFolderSwitch(OptionReader* reader) {
 }
 
 int readDatasetSwitch(OptionReader* reader) {
-    FileSpecOwner spec;
+    OwnedFileSpec spec;
     if (int status = reader->path(spec.out()); status != 0) return status;
     return add_dataset(reader, &spec);
 }

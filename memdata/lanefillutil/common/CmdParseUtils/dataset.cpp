@@ -35,7 +35,7 @@ int add_tag(BDSwitchDataType* node, const char* tag) {
 
 int add_file(OptionReader* reader, const char* path, const char* tag) {
     if (*path == '\0') return reader->fail(kERROR_DATASET_MISSING_ELF_OR_MEM_FILE_NAME, tag);
-    FileSpecOwner spec(CreateFileSpec(path));
+    OwnedFileSpec spec(CreateFileSpec(path));
     NodeOwner node(spec == nullptr ? nullptr : create_BD_switch_data(spec.get()));
     if (node == nullptr) return 7;
     spec.release();

@@ -11,7 +11,7 @@ namespace memdata {
 namespace {
 
 int write_messages(OptionReader* reader, int (*write)(fileSpecType*)) {
-    FileSpecOwner spec;
+    OwnedFileSpec spec;
     if (int status = reader->path(spec.out()); status != 0) return status;
     const int status = write(spec.get());
     return status == 0 ? kMESSAGES_WRITTEN : status;

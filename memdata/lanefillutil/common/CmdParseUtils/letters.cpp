@@ -53,7 +53,7 @@ char lower(char letter) {
 }
 
 int set_output(OptionReader* reader, const token_element* token, char letter, const fileSpecType* spec) {
-    FileSpecOwner copy(DupFileSpec(spec));
+    OwnedFileSpec copy(DupFileSpec(spec));
     if (copy == nullptr) return 7;
     if (lower(letter) == kIMAGE_LETTER) {
         if (int status = reader->outputImageFiles.append(copy.get()); status != 0) return status;
@@ -118,7 +118,7 @@ int readOutputSwitch(OptionReader* reader) {
     if (reader->atEnd() || !names_letters(reader->token)) return reader->fail(kERROR_O_MISSING_TYPE_SPECIFIER);
     const TokenOwner letters(dup_token_element(reader->token));
     if (letters == nullptr) return 7;
-    FileSpecOwner spec;
+    OwnedFileSpec spec;
     if (int status = reader->path(spec.out(), kERROR_O_MISSING_FILE_NAME); status != 0) return status;
     return check_char_options(reader, letters.get(), "o", kCMD_O_OPTIONS, spec.get(), set_output);
 }

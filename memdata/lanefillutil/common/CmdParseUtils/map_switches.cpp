@@ -56,7 +56,7 @@ int read_roots(OptionReader* reader, fileSpecType* spec, bool strips) {
 }
 
 // Keeps the map of a spec and reads its modifiers.
-int add_map(OptionReader* reader, FileSpecOwner* owner, u32 subType, bool strips) {
+int add_map(OptionReader* reader, OwnedFileSpec* owner, u32 subType, bool strips) {
     fileSpecType* spec = owner->get();
     FileSpecSetSubType(spec, subType);
     if (int status = reader->bmmFiles.append(spec); status != 0) return status;
@@ -64,7 +64,7 @@ int add_map(OptionReader* reader, FileSpecOwner* owner, u32 subType, bool strips
     return read_roots(reader, spec, strips);
 }
 
-int add_map_file(OptionReader* reader, FileSpecOwner* spec, const token_element* place) {
+int add_map_file(OptionReader* reader, OwnedFileSpec* spec, const token_element* place) {
     const char* name = spec->get()->fullName;
     if (std::strcmp(name, "*") == 0) {
         reader->options->designBmm = true;
@@ -84,7 +84,7 @@ int readMapSwitch(OptionReader* reader) {
     if (place == nullptr) return 7;
     KeywordOverlay words(reader->stream, &bm_modifier_keywords);
     if (words.status() != 0) return words.status();
-    FileSpecOwner spec;
+    OwnedFileSpec spec;
     int status = reader->path(spec.out(), kERROR_MISSING_BMM_FILE_NAME);
     if (status == 0) status = add_map_file(reader, &spec, place.get());
     return status == 0 ? words.close() : status;
@@ -98,7 +98,7 @@ int readXmlTextSwitch(OptionReader* reader) {
     const token_element* token = reader->token;
     if (!One_Of_Tokens(token->type, kTEXTS))
         return reader->refuse(kERROR_UNEXPECTED_SYMBOL_AND_EXPECTED, kSYNTAX, "quoted XML string");
-    FileSpecOwner spec(CreateFileSpecWithFileData(kXML_TEXT_NAME, token->text, token->length));
+    OwnedFileSpec spec(CreateFileSpecWithFileData(kXML_TEXT_NAME, token->text, token->length));
     if (spec == nullptr) return 7;
     int status = reader->next();
     if (status == 0) status = add_map(reader, &spec, kBMM_XML_TEXT, false);

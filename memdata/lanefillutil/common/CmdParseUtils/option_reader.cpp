@@ -36,7 +36,7 @@ bool OptionReader::atEnd() const {
 }
 
 int OptionReader::path(fileSpecType** spec) {
-    FileSpecOwner read;
+    OwnedFileSpec read;
     if (int status = parse_file_pathname(stream, token, true, false, true, read.out()); status != 0) return status;
     DeleteFileSpec(spec);
     *spec = read.release();
@@ -44,7 +44,7 @@ int OptionReader::path(fileSpecType** spec) {
 }
 
 int OptionReader::path(fileSpecType** spec, const Alert_message_type& missing) {
-    FileSpecOwner read;
+    OwnedFileSpec read;
     const int status = parse_file_pathname(stream, token, true, true, true, read.out());
     if (status == kNO_PATH) return atEnd() ? fail(missing) : refusePathSymbol(stream, token);
     if (status != 0) return status;

@@ -18,8 +18,6 @@ inline constexpr int kOPTION_FAILURE = 14;
 inline constexpr int kHELP_WANTED = -1;      // -h ends the parse with it
 inline constexpr int kMESSAGES_WRITTEN = -2; // -msg and -msgc end the parse with it
 
-using FileSpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
-
 // One stretch of option text that is being read into a record.
 class OptionReader {
 public:

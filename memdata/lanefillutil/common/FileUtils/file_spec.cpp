@@ -13,9 +13,8 @@
 
 namespace {
 
+using memdata::OwnedFileSpec;
 using memdata::OwnedString;
-using memdata::Tracked;
-using FileSpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
 
 constexpr unsigned long kENTRY_BYTES = sizeof(void*);                  // of a list
 constexpr unsigned long kMAX_ENTRIES = (1ul << 32) / kENTRY_BYTES - 1; // what the size in a block's header can tell
@@ -93,14 +92,14 @@ fileSpecType* NewFileSpec() {
 
 fileSpecType* CreateFileSpec(const char* name) {
     if (name == nullptr) return nullptr;
-    FileSpecOwner spec(NewFileSpec());
+    OwnedFileSpec spec(NewFileSpec());
     if (spec == nullptr || InitializeFileSpec(spec.get(), name, nullptr) != 0) return nullptr;
     return spec.release();
 }
 
 fileSpecType* DupFileSpec(const fileSpecType* spec) {
     if (spec == nullptr) return nullptr;
-    FileSpecOwner copy(NewFileSpec());
+    OwnedFileSpec copy(NewFileSpec());
     if (copy == nullptr) return nullptr;
     const bool complete = copyString(&copy->fullName, spec->fullName) && copyString(&copy->volume, spec->volume) &&
                           copyString(&copy->directory, spec->directory) &&
@@ -152,7 +151,7 @@ int FileSpecSetFileData(fileSpecType* spec, const char* data, u64 size) {
 }
 
 fileSpecType* CreateFileSpecWithFileData(const char* name, const char* data, u64 size) {
-    FileSpecOwner spec(CreateFileSpec(name));
+    OwnedFileSpec spec(CreateFileSpec(name));
     if (spec == nullptr || FileSpecSetFileData(spec.get(), data, size) != 0) return nullptr;
     return spec.release();
 }

@@ -7,6 +7,7 @@
 #ifndef MEMDATA_FILE_UTILS_FILE_SPEC_H
 #define MEMDATA_FILE_UTILS_FILE_SPEC_H
 
+#include "SystemUtils/memory.h"
 #include "platform/BasicTypes.h"
 
 struct fileSpecType {
@@ -71,5 +72,11 @@ int FileSpecListExtend(FileSpecList* list, fileSpecType* spec);
 // Takes the spec out and hands it back to the caller, not deleted. Status 0; 4 it is not in the list; 3 null.
 int FileSpecListRemove(FileSpecList* list, fileSpecType* spec);
 int FileSpecListDelete(FileSpecList list); // with its specs; 0
+
+namespace memdata {
+
+using OwnedFileSpec = Tracked<fileSpecType, DeleteFileSpec>;
+
+} // namespace memdata
 
 #endif

@@ -166,7 +166,7 @@ int read_path_text(parse_stream* stream, token_element* token, bool skipFirst, b
 
 int parse_file_pathname(
     parse_stream* stream, token_element* token, bool skipFirst, bool quiet, bool eatTrailingSpace, fileSpecType** out) {
-    memdata::Tracked<fileSpecType, DeleteFileSpec> spec(NewFileSpec());
+    memdata::OwnedFileSpec spec(NewFileSpec());
     if (spec == nullptr) return 7;
     OwnedString name;
     if (int status = read_path_text(stream, token, skipFirst, quiet, &name); status != 0) return status;

@@ -18,8 +18,6 @@ constexpr int kEMPTY_TEXT = 17; // a file without any text is no error
 // A ":" behind a path was read as one that can end a volume.
 constexpr const token_type* kPATH_LIST_MARKS[] = {&kSEMICOLON, &kCOLON, &kVOLUME_SEPARATOR_TOKEN, nullptr};
 
-using SpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
-
 int close_context(parse_stream* context) {
     return close_parse_stream(&context);
 }
@@ -54,7 +52,7 @@ int add_path(const fileSpecType* spec, std::vector<OwnedString>* paths) {
 
 int read_paths(parse_stream* stream, token_element* token, std::vector<OwnedString>* paths) {
     do {
-        SpecOwner spec;
+        OwnedFileSpec spec;
         if (int status = parse_file_pathname(stream, token, true, false, true, spec.out()); status != 0) return status;
         if (int status = add_path(spec.get(), paths); status != 0) return status;
     } while (One_Of_Tokens(token->type, kPATH_LIST_MARKS));
@@ -86,7 +84,7 @@ int extend_list(StrList* list, std::vector<OwnedString>* paths) {
 int do_include_op(parse_stream* stream, token_element* token) {
     parse_stream* context = activeContext(stream);
     if (!isTextLive(stream)) return skipLine(context, token);
-    SpecOwner spec;
+    OwnedFileSpec spec;
     if (int status = read_name(stream, token, spec.out()); status != 0) return status;
     // Opened while the name is the last that was read: that is where an alert points.
     ContextOwner included;

@@ -27,7 +27,6 @@ constexpr int kNO_SPACE_STATUS = 4;
 constexpr int kNO_PARTNER_STATUS = 22;
 
 using OpenFile = Tracked<fileIODescriptor, abandonFile>;
-using OwnedSpec = Tracked<fileSpecType, DeleteFileSpec>;
 
 // What goes into one file: a lane, and a check lane beside it or null.
 struct LaneFile {
@@ -52,7 +51,7 @@ u64 workOf(const BitLaneGridElemType* element) {
 // A lane that the map names no file for takes the default name as its INPUT file.
 int nameLane(const MemFilePlace& place, BitLaneType* lane, u64 index, bool isEcc) {
     if (namedMemFile(lane) != nullptr) return 0;
-    OwnedSpec spec(CreateFileSpec(place.names->next(place.space->name, isEcc, index).c_str()));
+    OwnedFileSpec spec(CreateFileSpec(place.names->next(place.space->name, isEcc, index).c_str()));
     if (spec == nullptr) return 7;
     DeleteFileSpec(&lane->inputFile);
     lane->inputFile = spec.release();
@@ -70,7 +69,7 @@ int writeLaneFile(const MemFilePlace& place, const LaneFile& what, fileIODescrip
 
 int outputLaneFile(const MemFilePlace& place, const LaneFile& what) {
     const BitLaneType* lane = what.element()->lane;
-    OwnedSpec spec(CreateFileSpec(nameInFolder(place.folder, namedMemFile(lane)).c_str()));
+    OwnedFileSpec spec(CreateFileSpec(nameInFolder(place.folder, namedMemFile(lane)).c_str()));
     if (spec == nullptr) return 7;
     ProgressPart part(kFILE_WORK + workOf(what.element()) + workOf(what.partner));
     OpenFile file;

@@ -12,8 +12,6 @@ using namespace memdata::testing;
 
 namespace {
 
-using OwnedFileSpec = Tracked<fileSpecType, DeleteFileSpec>;
-
 struct Case {
     const char* device;
     bool separate = false;

@@ -16,8 +16,6 @@ using namespace memdata::testing;
 
 namespace {
 
-using OwnedSpec = Tracked<fileSpecType, DeleteFileSpec>;
-
 const std::filesystem::path kEXAMPLES = std::filesystem::path(MEMDATA_TEST_DATA).parent_path() / "examples" / "maps";
 constexpr const char* kGOLDEN = "lanefillutil/common/BmmUtils/examples";
 
@@ -36,7 +34,7 @@ GoldenResult annotate(const GoldenFile& golden, const std::filesystem::path&) {
     options >> name >> root;
     MapText map;
     CapturedAlerts alerts;
-    const OwnedSpec spec(CreateFileSpec((kEXAMPLES / name).string().c_str()));
+    const OwnedFileSpec spec(CreateFileSpec((kEXAMPLES / name).string().c_str()));
     const int status = open_and_parse_bmm_file(
         spec.get(), map.get(), root.empty() ? nullptr : root.c_str(), nullptr, nullptr, nullptr);
     return {status, alerts.take() + annotated(map.get())};

@@ -371,7 +371,7 @@ namespace {
 class AnnotatedMapFile : public ::testing::Test {
 protected:
     int write(const std::string& name, const char* suffix = "") {
-        const memdata::Tracked<fileSpecType, DeleteFileSpec> spec(CreateFileSpec(name.c_str()));
+        const memdata::OwnedFileSpec spec(CreateFileSpec(name.c_str()));
         return output_BMM_file(spec.get(), map.get(), suffix);
     }
 
@@ -430,7 +430,7 @@ TEST_F(AnnotatedMapFile, AFullDeviceGivesOne) {
 }
 
 TEST_F(AnnotatedMapFile, WithoutAMappingNothingIsDone) {
-    const memdata::Tracked<fileSpecType, DeleteFileSpec> spec(CreateFileSpec(folder.file("out.bmm").c_str()));
+    const memdata::OwnedFileSpec spec(CreateFileSpec(folder.file("out.bmm").c_str()));
     EXPECT_EQ(output_BMM_file(spec.get(), nullptr, ""), 0);
     EXPECT_EQ(folder.listing(), "");
     EXPECT_EQ(output_BMM_file(nullptr, map.get(), ""), 3);

@@ -12,14 +12,12 @@ using ::testing::StartsWith;
 
 namespace {
 
-using OwnedSpec = Tracked<fileSpecType, DeleteFileSpec>;
-
 const std::filesystem::path kEXAMPLES = std::filesystem::path(MEMDATA_TEST_DATA).parent_path() / "examples" / "maps";
 
 class MapFiles : public ::testing::Test {
 protected:
     int open(const std::string& name, const char* rescan = nullptr, const char* root = nullptr) {
-        const OwnedSpec spec(CreateFileSpec(name.c_str()));
+        const OwnedFileSpec spec(CreateFileSpec(name.c_str()));
         parse_stream* stream = reinterpret_cast<parse_stream*>(1); // cleared on every way out
         alerts_.take();
         const int status = open_and_parse_bmm_file(spec.get(), map_.get(), root, rescan, nullptr, &stream);
@@ -58,7 +56,7 @@ TEST_F(MapFiles, AreReadBehindTheTextOfDefinitions) {
 
 TEST_F(MapFiles, MayComeWithTheirSpecification) {
     const std::string text = byteSpace("ram", "u0");
-    const OwnedSpec spec(CreateFileSpecWithFileData("cpu.bmm", text.data(), text.size()));
+    const OwnedFileSpec spec(CreateFileSpecWithFileData("cpu.bmm", text.data(), text.size()));
     EXPECT_EQ(open_and_parse_bmm_file(spec.get(), map_.get(), "top", nullptr, nullptr, nullptr), 0);
     EXPECT_EQ(listSpaces(map_.get()), ": top_ram\n");
 }
@@ -116,7 +114,7 @@ TEST_F(MapFiles, AreReadOnBehalfOfAnOpenStream) {
     const auto name = folder_.write("cpu.bmm", byteSpace("ram", "u0"));
     parse_stream* outer = nullptr;
     ASSERT_EQ(open_parse_MemoryFile("outer", "rest", 4, nullptr, nullptr, nullptr, &outer), 0);
-    const OwnedSpec spec(CreateFileSpec(name.c_str()));
+    const OwnedFileSpec spec(CreateFileSpec(name.c_str()));
     EXPECT_EQ(open_and_parse_bmm_file(spec.get(), map_.get(), nullptr, nullptr, outer, nullptr), 0);
     EXPECT_EQ(listSpaces(map_.get()), ": ram\n");
     EXPECT_EQ(close_parse_stream(&outer), 0);
@@ -130,7 +128,7 @@ TEST(ExampleMaps, ParseWithoutAWord) {
         MapText map;
         CapturedAlerts alerts;
         const CapturedMessages messages;
-        const OwnedSpec spec(CreateFileSpec(entry.path().string().c_str()));
+        const OwnedFileSpec spec(CreateFileSpec(entry.path().string().c_str()));
         EXPECT_EQ(open_and_parse_bmm_file(spec.get(), map.get(), nullptr, nullptr, nullptr, nullptr), 0)
             << entry.path();
         EXPECT_EQ(alerts.text() + messages.text(), "") << entry.path();
@@ -141,14 +139,14 @@ TEST(ExampleMaps, ParseWithoutAWord) {
 
 TEST(ExampleMaps, GenerateTwoHundredAndFiftySixLanes) {
     MapText map;
-    const OwnedSpec spec(CreateFileSpec((kEXAMPLES / "generated_lanes.bmm").string().c_str()));
+    const OwnedFileSpec spec(CreateFileSpec((kEXAMPLES / "generated_lanes.bmm").string().c_str()));
     ASSERT_EQ(open_and_parse_bmm_file(spec.get(), map.get(), nullptr, nullptr, nullptr, nullptr), 0);
     EXPECT_EQ(map->addressMaps->addressSpaces->space->deviceCount, 256u);
 }
 
 TEST(ExampleMaps, TakeTheRootOfASubDesign) {
     MapText map;
-    const OwnedSpec spec(CreateFileSpec((kEXAMPLES / "rooted_subdesign.bmm").string().c_str()));
+    const OwnedFileSpec spec(CreateFileSpec((kEXAMPLES / "rooted_subdesign.bmm").string().c_str()));
     ASSERT_EQ(open_and_parse_bmm_file(spec.get(), map.get(), "top/left/dsp", nullptr, nullptr, nullptr), 0);
     EXPECT_STREQ(map.space()->name, "top_left_dsp_table");
     EXPECT_STREQ(map.lane()->lane->name, "top/left/dsp/table/ram_1");

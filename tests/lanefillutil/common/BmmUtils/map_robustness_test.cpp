@@ -117,7 +117,7 @@ TEST(LargeMaps, RefuseExpressionsThatNestTooDeep) {
 
 // The annotated text of a mapping.
 std::string written(MapText* map, const TemporaryFolder& folder) {
-    Tracked<fileSpecType, DeleteFileSpec> spec(CreateFileSpec(folder.file("out.bmm").c_str()));
+    OwnedFileSpec spec(CreateFileSpec(folder.file("out.bmm").c_str()));
     SetDefaultFileAttributes(kOVERWRITING_ALLOWED, true);
     SetDefaultFileAttributes(kOVERWRITING_REFUSED, false);
     EXPECT_EQ(output_BMM_file(spec.get(), map->get(), ""), 0);

@@ -18,8 +18,6 @@
 
 namespace memdata::testing {
 
-using OwnedFileSpec = Tracked<fileSpecType, DeleteFileSpec>;
-
 inline std::string joined(const std::vector<std::string>& parts) {
     std::string text;
     for (const std::string& part : parts) text += part;

@@ -212,13 +212,12 @@ TEST_F(AutoSpace, WithoutADataFileNothingIsMade) {
     EXPECT_EQ(alerts.take(), "\nERROR:Lanefill:86 - There is no data file to make an address space for.\n\n");
 }
 
-using OwnedFile = Tracked<fileSpecType, DeleteFileSpec>;
 using OwnedSwitch = Tracked<BDSwitchDataType, delete_BD_switch_data_list>;
 
 int insertIntoNewMapping() {
     try {
         const OwnedMapping mapping(create_addressMapping_element("t.bmm", nullptr, true, nullptr, nullptr));
-        OwnedFile file(CreateFileSpec("a.mem"));
+        OwnedFileSpec file(CreateFileSpec("a.mem"));
         if (mapping == nullptr || file == nullptr) return 7;
         const OwnedSwitch data(create_BD_switch_data(file.get()));
         if (data == nullptr) return 7;

@@ -10,8 +10,6 @@ namespace {
 using namespace memdata;
 using namespace memdata::testing;
 
-using FileSpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
-
 class FileSpecs : public FileTest {};
 
 std::string text(const fileSpecType* spec) {
@@ -20,34 +18,34 @@ std::string text(const fileSpecType* spec) {
 }
 
 TEST_F(FileSpecs, ASpecHoldsTheNameAndItsParts) {
-    FileSpecOwner spec(CreateFileSpec("C:/work/a.b.elf"));
+    OwnedFileSpec spec(CreateFileSpec("C:/work/a.b.elf"));
     EXPECT_EQ(text(spec.get()), "C:/work/a.b.elf = C:|/work/|a.b|elf sep 47 format 16");
 }
 
 TEST_F(FileSpecs, ANameWithoutDirectoryHasNoSeparator) {
-    FileSpecOwner spec(CreateFileSpec("top"));
+    OwnedFileSpec spec(CreateFileSpec("top"));
     EXPECT_EQ(text(spec.get()), "top = ||top| sep 0 format 1");
 }
 
 TEST_F(FileSpecs, AGivenExtensionOverridesThatOfTheName) {
-    FileSpecOwner spec(NewFileSpec());
+    OwnedFileSpec spec(NewFileSpec());
     EXPECT_EQ(InitializeFileSpec(spec.get(), "dir/a.txt", "BMM"), 0);
     EXPECT_EQ(text(spec.get()), "dir/a.BMM = |dir/|a|BMM sep 47 format 6");
 }
 
 TEST_F(FileSpecs, AnEmptyExtensionLeavesNoDotBehind) {
-    FileSpecOwner spec(CreateFileSpec("dir/a."));
+    OwnedFileSpec spec(CreateFileSpec("dir/a."));
     EXPECT_STREQ(spec->fullName, "dir/a");
 }
 
 TEST_F(FileSpecs, ASpecCanBeFilledAgain) {
-    FileSpecOwner spec(CreateFileSpec("a.elf"));
+    OwnedFileSpec spec(CreateFileSpec("a.elf"));
     EXPECT_EQ(InitializeFileSpec(spec.get(), "b/c.mem", nullptr), 0);
     EXPECT_EQ(text(spec.get()), "b/c.mem = |b/|c|mem sep 47 format 13");
 }
 
 TEST_F(FileSpecs, ASpecCanBeFilledFromItsOwnParts) {
-    FileSpecOwner spec(CreateFileSpec("b/c.mem"));
+    OwnedFileSpec spec(CreateFileSpec("b/c.mem"));
     EXPECT_EQ(InitializeFileSpec(spec.get(), spec->fullName, spec->extension), 0);
     EXPECT_EQ(text(spec.get()), "b/c.mem = |b/|c|mem sep 47 format 13");
 }
@@ -55,12 +53,12 @@ TEST_F(FileSpecs, ASpecCanBeFilledFromItsOwnParts) {
 TEST_F(FileSpecs, NothingIsMadeOfANullName) {
     EXPECT_EQ(CreateFileSpec(nullptr), nullptr);
     EXPECT_EQ(InitializeFileSpec(nullptr, "x", nullptr), 3);
-    FileSpecOwner spec(NewFileSpec());
+    OwnedFileSpec spec(NewFileSpec());
     EXPECT_EQ(InitializeFileSpec(spec.get(), nullptr, nullptr), 3);
 }
 
 TEST_F(FileSpecs, SubTypeAndAttributeAreKept) {
-    FileSpecOwner spec(CreateFileSpec("a"));
+    OwnedFileSpec spec(CreateFileSpec("a"));
     FileSpecSetSubType(spec.get(), 'h');
     FileSpecSetAttribute(spec.get(), &folder);
     EXPECT_EQ(FileSpecGetSubType(spec.get()), u32{'h'});
@@ -69,7 +67,7 @@ TEST_F(FileSpecs, SubTypeAndAttributeAreKept) {
 
 TEST_F(FileSpecs, FileDataIsCopiedAndMarkedBehindItsEnd) {
     std::string data("text\0more", 9);
-    FileSpecOwner spec(CreateFileSpecWithFileData("a.mem", data.data(), data.size()));
+    OwnedFileSpec spec(CreateFileSpecWithFileData("a.mem", data.data(), data.size()));
     data.assign(9, 'x');
     u64 size = 0;
     const char* kept = FileSpecGetFileData(spec.get(), &size);
@@ -79,7 +77,7 @@ TEST_F(FileSpecs, FileDataIsCopiedAndMarkedBehindItsEnd) {
 
 TEST_F(FileSpecs, FileDataBeyondTheMachineIsRefused) {
     const CapturedAlerts alerts;
-    FileSpecOwner spec(CreateFileSpec("a"));
+    OwnedFileSpec spec(CreateFileSpec("a"));
     EXPECT_EQ(FileSpecSetFileData(spec.get(), "ab", 2), 0);
     EXPECT_EQ(FileSpecSetFileData(spec.get(), "ab", UINT64_MAX), 7);
     u64 size = 0;
@@ -88,7 +86,7 @@ TEST_F(FileSpecs, FileDataBeyondTheMachineIsRefused) {
 }
 
 TEST_F(FileSpecs, FileDataOfSizeZeroIsNone) {
-    FileSpecOwner spec(CreateFileSpecWithFileData("a.mem", "abc", 3));
+    OwnedFileSpec spec(CreateFileSpecWithFileData("a.mem", "abc", 3));
     EXPECT_EQ(FileSpecSetFileData(spec.get(), "", 0), 0);
     u64 size = 9;
     EXPECT_EQ(FileSpecGetFileData(spec.get(), &size), nullptr);
@@ -96,9 +94,9 @@ TEST_F(FileSpecs, FileDataOfSizeZeroIsNone) {
 }
 
 TEST_F(FileSpecs, ADuplicateStandsByItself) {
-    FileSpecOwner spec(CreateFileSpecWithFileData("dir/a.mem", "abc", 3));
+    OwnedFileSpec spec(CreateFileSpecWithFileData("dir/a.mem", "abc", 3));
     FileSpecSetSubType(spec.get(), 7);
-    FileSpecOwner copy(DupFileSpec(spec.get()));
+    OwnedFileSpec copy(DupFileSpec(spec.get()));
     spec.reset();
     u64 size = 0;
     EXPECT_EQ(text(copy.get()), "dir/a.mem = |dir/|a|mem sep 47 format 13");
@@ -117,8 +115,8 @@ TEST_F(FileSpecs, DeletingNullsThePointer) {
 
 TEST_F(FileSpecs, EveryFailedAllocationIsCleanedUp) {
     const FaultSweep sweep = sweepAllocationFaults([] {
-        FileSpecOwner spec(CreateFileSpecWithFileData("C:/dir/a.mem", "abc", 3));
-        FileSpecOwner copy(DupFileSpec(spec.get()));
+        OwnedFileSpec spec(CreateFileSpecWithFileData("C:/dir/a.mem", "abc", 3));
+        OwnedFileSpec copy(DupFileSpec(spec.get()));
         if (copy == nullptr) return 7;
         FileSpecList list = nullptr;
         int status = FileSpecListExtend(&list, copy.get());
@@ -175,7 +173,7 @@ TEST_F(FileSpecLists, ANewListHasRoomAndNoEntries) {
 
 TEST_F(FileSpecLists, NothingIsSetOrGotBeyondTheList) {
     list = FileSpecListNew(1);
-    FileSpecOwner spec(CreateFileSpec("a"));
+    OwnedFileSpec spec(CreateFileSpec("a"));
     FileSpecListSet(list, 1, spec.get());
     EXPECT_EQ(FileSpecListGet(list, 1), nullptr);
     EXPECT_EQ(FileSpecListGet(list, 1000000), nullptr);
@@ -183,7 +181,7 @@ TEST_F(FileSpecLists, NothingIsSetOrGotBeyondTheList) {
 
 TEST_F(FileSpecLists, ARemovedSpecIsHandedBack) {
     for (const char* name : {"a", "b", "c"}) FileSpecListExtend(&list, CreateFileSpec(name));
-    FileSpecOwner removed(FileSpecListGet(list, 1));
+    OwnedFileSpec removed(FileSpecListGet(list, 1));
     EXPECT_EQ(FileSpecListRemove(&list, removed.get()), 0);
     EXPECT_EQ(names(), "a c ");
     EXPECT_STREQ(removed->fullName, "b");

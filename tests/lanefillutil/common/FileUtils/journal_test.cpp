@@ -8,12 +8,11 @@ namespace {
 
 using namespace memdata;
 using namespace memdata::testing;
-using FileSpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
 
 class Journal : public FileTest {
 protected:
     int openLog(const std::string& name) {
-        FileSpecOwner spec(CreateFileSpec(name.c_str()));
+        OwnedFileSpec spec(CreateFileSpec(name.c_str()));
         return OpenJournalingFile(spec.get());
     }
     std::string closedLog(const std::string& name = "run.log") {
@@ -149,7 +148,7 @@ TEST(FileState, TwoRoundsInOneProcessEqualTwoProcesses) {
             EXPECT_FALSE(gJournalingEnabled);
             EXPECT_EQ(StandardLog, nullptr);
             SetDefaultFileAttributes(kOVERWRITING_ALLOWED, true);
-            FileSpecOwner spec(CreateFileSpec(name.c_str()));
+            OwnedFileSpec spec(CreateFileSpec(name.c_str()));
             EXPECT_EQ(OpenJournalingFile(spec.get()), 0);
             EnabledPutLineOutput(true);
             PutNextLine(StandardLog, "kept");

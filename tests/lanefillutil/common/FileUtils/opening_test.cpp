@@ -10,7 +10,6 @@ namespace {
 
 using namespace memdata;
 using namespace memdata::testing;
-using FileSpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
 
 std::string openingAlert(const std::string& name) {
     return "\nERROR:Lanefill:1 - File '" + name +
@@ -49,7 +48,7 @@ protected:
         return alerts.text();
     }
     int openDisk(const std::string& name, const char* extension, u32 attributes, fileIODescriptor** file) {
-        FileSpecOwner spec(CreateFileSpec(name.c_str()));
+        OwnedFileSpec spec(CreateFileSpec(name.c_str()));
         return OpenDiskFile(spec.get(), "", extension, "", attributes, file);
     }
     // Opens, writes and closes an output by its spec.
@@ -246,7 +245,7 @@ TEST_F(Opening, AnInputWithoutExtensionTakesTheDefault) {
 }
 
 TEST_F(Opening, TheOutputTakesTheDefaultExtensionAndSuffix) {
-    FileSpecOwner spec(CreateFileSpec("x/y.elf"));
+    OwnedFileSpec spec(CreateFileSpec("x/y.elf"));
     fileIODescriptor* file = nullptr;
     EXPECT_EQ(OpenDiskFile(spec.get(), folder.path().c_str(), "txt", "_hard_ip", kTEXT_WRITE, &file), 0);
     EXPECT_EQ(Close_File(&file), 0);
@@ -277,7 +276,7 @@ protected:
     }
     // The name that was opened, below the folder, or the status.
     std::string found(const std::string& name, const char* extension = "bmm") {
-        FileSpecOwner spec(CreateFileSpec(name.c_str()));
+        OwnedFileSpec spec(CreateFileSpec(name.c_str()));
         fileIODescriptor* file = nullptr;
         const int status = SearchAndOpenDiskReadFile(spec.get(), extension, "", paths, kTEXT_READ_WHOLE, &file);
         if (file == nullptr) return std::to_string(status);

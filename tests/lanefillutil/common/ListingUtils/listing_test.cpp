@@ -254,7 +254,7 @@ TEST_F(Listing, AConsoleMessageIsWrittenAsItIs) {
 
 TEST_F(Listing, AConsoleMessageIsCopiedToTheJournal) {
     const TemporaryFolder folder;
-    Tracked<fileSpecType, DeleteFileSpec> spec(CreateFileSpec(folder.file("run.log").c_str()));
+    OwnedFileSpec spec(CreateFileSpec(folder.file("run.log").c_str()));
     ASSERT_EQ(OpenJournalingFile(spec.get()), 0);
     ::testing::internal::CaptureStdout();
     OutputConsoleMessage(&StandardOut, "said once\n");
@@ -290,7 +290,7 @@ TEST_F(Listing, AMessageFormatThatIsCutOffOrMissingIsWrittenAsFarAsItGoes) {
 std::string message_file(int (*write)(fileSpecType*), const char* name, int expected = 0) {
     const TemporaryFolder folder;
     folder.write("kept.msg", "old");
-    Tracked<fileSpecType, DeleteFileSpec> spec(CreateFileSpec(folder.file(name).c_str()));
+    OwnedFileSpec spec(CreateFileSpec(folder.file(name).c_str()));
     EXPECT_EQ(write(spec.get()), expected);
     std::string all;
     for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
@@ -350,7 +350,7 @@ TEST_F(Listing, AMessageFileSurvivesEveryFailedAllocation) {
     const std::string name = folder.file("messages");
     const FaultSweep sweep = sweepAllocationFaults([&] {
         Delete_File((name + ".msg").c_str());
-        Tracked<fileSpecType, DeleteFileSpec> spec(CreateFileSpec(name.c_str()));
+        OwnedFileSpec spec(CreateFileSpec(name.c_str()));
         return spec == nullptr ? 7 : OutputAlertMsgFile(spec.get());
     });
     EXPECT_EQ(sweep.failures, "");

@@ -84,7 +84,7 @@ TEST_F(AlertLevels, AnIncludedFileShowsTheLineThatIncludesIt) {
     TextReader text("a\ninclude\nc");
     text.modes(kMODE_LINE_ENDS);
     for (int i = 0; i < 4; ++i) text.next(); // the line end of the second line is read already
-    Tracked<fileSpecType, DeleteFileSpec> spec(CreateFileSpec(name.c_str()));
+    OwnedFileSpec spec(CreateFileSpec(name.c_str()));
     parse_stream* file = nullptr;
     ASSERT_EQ(open_parse_DiskFile(spec.get(), "+h", nullptr, nullptr, text, &file), 0);
     ASSERT_EQ(push_parse_context(file), 0);

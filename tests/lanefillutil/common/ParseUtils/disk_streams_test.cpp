@@ -8,12 +8,10 @@
 namespace memdata::testing {
 namespace {
 
-using FileSpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
-
 class DiskStreams : public StreamTest {
 protected:
     int open(const std::string& name, const char* extension = "bmm", parse_stream* parent = nullptr) {
-        FileSpecOwner spec(CreateFileSpec(name.c_str()));
+        OwnedFileSpec spec(CreateFileSpec(name.c_str()));
         return open_parse_DiskFile(spec.get(), extension, nullptr, nullptr, parent, &stream_);
     }
     std::string all() {
@@ -58,7 +56,7 @@ TEST_F(DiskStreams, AnEmptyFileGivesAStreamAndStatusSeventeen) {
 }
 
 TEST_F(DiskStreams, AnEmptyNameIsAnAlert) {
-    FileSpecOwner spec(NewFileSpec());
+    OwnedFileSpec spec(NewFileSpec());
     CapturedAlerts alerts;
     EXPECT_EQ(open_parse_DiskFile(spec.get(), "+h", nullptr, nullptr, nullptr, &stream_), 1);
     EXPECT_EQ(alerts.text(), "\nERROR:Lanefill:55 - A null file name was given for a 'h' file.\n\n");
@@ -92,7 +90,7 @@ TEST_F(DiskStreams, ACommentThatAnIncludedFileLeavesOpenIsReportedAtItsPlace) {
     text.next();
     parse_stream* file = nullptr;
     const std::string name = folder_.write("c.h", "c\n d /* e\nf");
-    FileSpecOwner spec(CreateFileSpec(name.c_str()));
+    OwnedFileSpec spec(CreateFileSpec(name.c_str()));
     ASSERT_EQ(open_parse_DiskFile(spec.get(), "+h", nullptr, nullptr, text, &file), 0);
     ASSERT_EQ(push_parse_context(file), 0);
     set_context_state(text, kCONTEXT_AUTO_POP, true);
@@ -123,7 +121,7 @@ TEST_F(DiskStreams, AFolderIsNoFile) {
 }
 
 TEST_F(DiskStreams, DataInTheSpecificationIsReadInstead) {
-    FileSpecOwner spec(CreateFileSpecWithFileData("temp.xml", "<a/>", 4));
+    OwnedFileSpec spec(CreateFileSpecWithFileData("temp.xml", "<a/>", 4));
     EXPECT_EQ(open_parse_DiskFile(spec.get(), "xml", nullptr, nullptr, nullptr, &stream_), 0);
     EXPECT_EQ(all(), "<a/>");
 }

@@ -16,8 +16,6 @@
 
 namespace memdata::testing {
 
-using OwnedFileSpec = Tracked<fileSpecType, DeleteFileSpec>;
-
 // An element and all that is in it: "tag:type name='value' [child child]".
 inline std::string dumpElement(const LNF_XML_Element& element) {
     std::string text = element.Get_Tag_Name() == nullptr ? "" : element.Get_Tag_Name();

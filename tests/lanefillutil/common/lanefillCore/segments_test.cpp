@@ -323,7 +323,7 @@ TEST_F(Boot, ARequestOverridesAFilesAddress) {
 class OpenDataFile : public Segments {
 protected:
     int open(const char* name) {
-        Tracked<fileSpecType, DeleteFileSpec> spec(CreateFileSpec(name));
+        OwnedFileSpec spec(CreateFileSpec(name));
         LNF_DataFile* file = nullptr;
         const int status = open_data_file(spec.get(), nullptr, 1, &file);
         EXPECT_EQ(file, nullptr);

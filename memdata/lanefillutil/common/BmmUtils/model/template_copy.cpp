@@ -12,8 +12,6 @@ namespace {
 
 constexpr u64 kPOINTER_BYTES = sizeof(void*); // of an entry in the arrays of blocks and lanes
 
-using OwnedFileSpec = memdata::Tracked<fileSpecType, DeleteFileSpec>;
-
 // What all levels of a copy need.
 struct CopyType {
     parse_stream* stream;
@@ -38,7 +36,7 @@ int create_copied_space(const CopyType& copy, symbol_context* names, const Addre
 }
 
 // A copy of a file specification; a null one is copied as such. False without memory.
-bool copy_file_spec(const fileSpecType* original, OwnedFileSpec* out) {
+bool copy_file_spec(const fileSpecType* original, memdata::OwnedFileSpec* out) {
     out->reset(DupFileSpec(original));
     return original == nullptr || *out;
 }
@@ -47,7 +45,7 @@ bool copy_file_spec(const fileSpecType* original, OwnedFileSpec* out) {
 int create_copied_lane(
     const CopyType& copy, const BitLaneGridElemType* original, const char* name, memdata::OwnedLaneElement* out) {
     const BitLaneType* lane = original->lane;
-    OwnedFileSpec init, input, output;
+    memdata::OwnedFileSpec init, input, output;
     const bool copied = copy_file_spec(lane->initFile, &init) && copy_file_spec(lane->inputFile, &input) &&
                         copy_file_spec(lane->outputFile, &output);
     if (copied)

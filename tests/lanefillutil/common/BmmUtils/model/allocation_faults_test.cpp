@@ -31,7 +31,7 @@ int build_map(AddressMappingType* mapping, AddressSpaceDefType** out) {
     range->busBlocks[range->busBlockCount++] = block;
     block->lanes = memdata::newBitLaneArray(1);
     if (block->lanes == nullptr) return 7;
-    memdata::Tracked<fileSpecType, DeleteFileSpec> init(CreateFileSpec("a.mem"));
+    memdata::OwnedFileSpec init(CreateFileSpec("a.mem"));
     if (init == nullptr) return 7;
     block->lanes[0] = create_bitLane_grid_element(nullptr, "u1", nullptr, false, 0, 7, 0, 0, kBIT_ORDERING_DESCENDING,
         kECC_NONE, 0, 0, kLOC_KIND_NONE, space.get(), init.get(), nullptr, nullptr);

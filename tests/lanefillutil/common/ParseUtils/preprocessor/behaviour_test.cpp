@@ -172,8 +172,8 @@ class PreprocessedFile : public PreprocessTest {
 protected:
     int run(const char* text) {
         folder_.write("in.bmm", text);
-        const Tracked<fileSpecType, DeleteFileSpec> in(CreateFileSpec((folder_.path() / "in.bmm").c_str()));
-        const Tracked<fileSpecType, DeleteFileSpec> out(CreateFileSpec((folder_.path() / "out").c_str()));
+        const OwnedFileSpec in(CreateFileSpec((folder_.path() / "in.bmm").c_str()));
+        const OwnedFileSpec out(CreateFileSpec((folder_.path() / "out").c_str()));
         return open_and_preprocess_file(in.get(), "bmm", nullptr, out.get());
     }
     std::string written() const {
@@ -191,7 +191,7 @@ TEST_F(PreprocessedFile, TakesTheDefaultExtension) {
 TEST_F(PreprocessedFile, GoesToStandardOutputThroughItsSwitches) {
     const std::string text = "a %d \"s\"\n";
     folder_.write("in.bmm", text);
-    const Tracked<fileSpecType, DeleteFileSpec> in(CreateFileSpec((folder_.path() / "in.bmm").c_str()));
+    const OwnedFileSpec in(CreateFileSpec((folder_.path() / "in.bmm").c_str()));
     const auto shown = [&] {
         CapturedAlerts output;
         EXPECT_EQ(open_and_preprocess_file(in.get(), "bmm", nullptr, nullptr), 0);
@@ -202,7 +202,7 @@ TEST_F(PreprocessedFile, GoesToStandardOutputThroughItsSwitches) {
     EXPECT_EQ(shown(), "");
     EnabledPutLineOutput(enabled);
 
-    const Tracked<fileSpecType, DeleteFileSpec> log(CreateFileSpec((folder_.path() / "run.log").c_str()));
+    const OwnedFileSpec log(CreateFileSpec((folder_.path() / "run.log").c_str()));
     ASSERT_EQ(OpenJournalingFile(log.get()), 0);
     EXPECT_EQ(shown(), text);
     CloseJournalingFile();
@@ -223,10 +223,10 @@ TEST_F(PreprocessedFile, DoesNotReplaceWhatItIsMadeOf) {
     const std::string name = folder_.write("in.bmm", "#define A 1\nA\n");
     const std::string link = (folder_.path() / "link.bmm").string();
     std::filesystem::create_symlink(name, link);
-    const Tracked<fileSpecType, DeleteFileSpec> in(CreateFileSpec(name.c_str()));
+    const OwnedFileSpec in(CreateFileSpec(name.c_str()));
     for (const std::string& output : {name, link}) {
         CapturedAlerts alerts;
-        const Tracked<fileSpecType, DeleteFileSpec> out(CreateFileSpec(output.c_str()));
+        const OwnedFileSpec out(CreateFileSpec(output.c_str()));
         EXPECT_EQ(open_and_preprocess_file(in.get(), "bmm", nullptr, out.get()), 1);
         EXPECT_EQ(alerts.text(),
             "\nERROR:Lanefill:86 - Output file '" + output + "' would replace the file that it is made of.\n\n");

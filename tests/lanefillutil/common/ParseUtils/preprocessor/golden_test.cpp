@@ -15,13 +15,11 @@ using namespace memdata::testing;
 
 namespace {
 
-using SpecOwner = Tracked<fileSpecType, DeleteFileSpec>;
-
 GoldenResult preprocess(const GoldenFile& golden, const std::filesystem::path&) {
     const SystemResources resources;
     RegisterSystemToolName("Lanefill");
     CapturedAlerts output;
-    const SpecOwner in(CreateFileSpec("main"));
+    const OwnedFileSpec in(CreateFileSpec("main"));
     const char* first = golden.options.empty() ? nullptr : golden.options.c_str();
     const int status = open_and_preprocess_file(in.get(), "bmm", first, nullptr);
     return {status, output.text()};
