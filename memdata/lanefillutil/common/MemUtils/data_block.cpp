@@ -26,7 +26,7 @@ namespace {
 using memdata::SectionSlab;
 
 constexpr u64 kFIRST_SLAB_SECTIONS = 8;
-constexpr u64 kLARGEST_SLAB_SECTIONS = 262144; // 14 MB: seven large pages
+constexpr u64 kLARGEST_SLAB_SECTIONS = 262144; // 14 MiB hold six whole large pages, wherever they begin
 constexpr u64 kLEAST_GROWTH_BYTES = 4096;
 constexpr u64 kOPEN_ENDED_BITS = static_cast<u64>(-8);
 constexpr u64 kSECTION_KIND = 1026;
